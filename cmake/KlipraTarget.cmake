@@ -1,0 +1,72 @@
+# How every target of this project is built: language level, warnings, sanitizers, and which
+# folders it may include from.
+
+# klipra_configure(<target>): language level, warnings and sanitizers.
+function(klipra_configure target)
+    target_compile_features(${target} PRIVATE cxx_std_20)
+    set_target_properties(${target} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+        POSITION_INDEPENDENT_CODE ON)
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+        # Cut positions are computed in single precision: no fused operations, so that every
+        # machine cuts at the same byte.
+        -ffp-contract=off)
+    target_compile_definitions(${target} PRIVATE _FILE_OFFSET_BITS=64)
+    if(KLIPRA_SANITIZE)
+        target_compile_options(${target} PRIVATE
+            -fsanitize=${KLIPRA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=${KLIPRA_SANITIZE})
+    endif()
+endfunction()
+
+# klipra_expose_folder(<target> <PUBLIC|PRIVATE>): lets the target, and with PUBLIC those that link
+# it, include the files of this folder as "folder/File.h".
+#
+# The folder is reached through a link in an include directory of its own, never through the source
+# root: a file can include only from the folders that its target links.
+function(klipra_expose_folder target scope)
+    get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
+    set(include_dir "${PROJECT_BINARY_DIR}/include/${folder}")
+    file(MAKE_DIRECTORY "${include_dir}")
+    file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${include_dir}/${folder}" SYMBOLIC)
+    target_include_directories(${target} ${scope} "${include_dir}")
+endfunction()
+
+# klipra_folder(<target> [SHARED] SOURCES <files...> [LINKS <targets...>])
+# The library of the current folder.
+function(klipra_folder target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "SHARED" "" "SOURCES;LINKS")
+    set(type STATIC)
+    if(arg_SHARED)
+        set(type SHARED)
+    endif()
+    add_library(${target} ${type} ${arg_SOURCES})
+    klipra_configure(${target})
+    klipra_expose_folder(${target} PUBLIC)
+    target_link_libraries(${target} PRIVATE ${arg_LINKS})
+endfunction()
+
+# klipra_program(<target> SOURCES <files...> [LINKS <targets...>])
+# A program of the current folder; all programs and shared libraries land side by side in bin/.
+function(klipra_program target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+    add_executable(${target} ${arg_SOURCES})
+    klipra_configure(${target})
+    klipra_expose_folder(${target} PRIVATE)
+    target_link_libraries(${target} PRIVATE ${arg_LINKS})
+    set_target_properties(${target} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+endfunction()
+
+# klipra_tests(<target> SOURCES <files...> [LINKS <targets...>])
+# The test program of the current folder; each of its tests becomes one of ctest's.
+function(klipra_tests target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+    add_executable(${target} ${arg_SOURCES})
+    klipra_configure(${target})
+    target_link_libraries(${target} PRIVATE ${arg_LINKS} GTest::gtest GTest::gmock GTest::gtest_main)
+    gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+endfunction()
