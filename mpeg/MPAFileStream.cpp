@@ -7,9 +7,11 @@
 
 namespace {
 
-// A walk over a file jumps back and forth by a frame or two: the C library's buffer holds many of
-// them, so that the jumps stay in memory.
-constexpr std::size_t kReadAheadBytes = 256 * 1024;
+// What is read beyond the first look at a file is a walk over it: in large pieces, each of which
+// keeps the last bytes of the one before, for a walk looks at the header that follows a frame
+// before it copies the frame.
+constexpr unsigned int kWindowBytes = 128 * 1024;
+constexpr unsigned int kKeptBytes = 4 * 1024;
 
 } // namespace
 
@@ -19,7 +21,8 @@ CMPAFileStream::CMPAFileStream(const char* fileName)
     if (file == nullptr) {
         throw CMPAException(CMPAException::CantOpenFile, fileName, "CreateFile", true);
     }
-    std::setvbuf(file.get(), nullptr, _IOFBF, kReadAheadBytes);
+    // The C library's own buffer would be a second one, and costs a system call for each seek.
+    std::setvbuf(file.get(), nullptr, _IONBF, 0);
     m_file = file.get();
     Init();
     file.release();
@@ -40,7 +43,7 @@ void CMPAFileStream::Init() {
     m_buffer = std::make_unique_for_overwrite<unsigned char[]>(INIT_BUFFERSIZE);
     m_bufferCapacity = INIT_BUFFERSIZE;
     m_bufferLength = 0;
-    FillBuffer(m_bufferOffset, INIT_BUFFERSIZE, false);
+    m_bufferLength = Read(m_buffer.get(), m_bufferOffset, INIT_BUFFERSIZE);
 }
 
 long long CMPAFileStream::GetSize() const {
@@ -72,31 +75,36 @@ bool CMPAFileStream::IsBuffered(long long offset, unsigned int size) const {
 
 // Returns whether the buffer holds the bytes asked for now.
 bool CMPAFileStream::FillBuffer(long long offset, unsigned int size, bool reverse) const {
-    if (size > m_bufferCapacity && !GrowBuffer(offset, size)) {
+    if (!GrowBuffer(offset, size)) {
         return false;
     }
-    long long start = offset;
-    if (reverse && offset >= 0) {
-        // The bytes asked for lie at the end, those before them stay at hand.
-        start = std::max(0LL, offset - (m_bufferCapacity - size));
-    }
+    // With reverse the bytes asked for lie at the end, and those before them are at hand next.
+    const unsigned int spare = m_bufferCapacity - size;
+    const unsigned int before = reverse ? spare : std::min(spare, kKeptBytes);
+    const long long start = offset < 0 ? offset : std::max(0LL, offset - before);
     m_bufferLength = 0;
     m_bufferLength = Read(m_buffer.get(), start, m_bufferCapacity);
     m_bufferOffset = start;
     return IsBuffered(offset, size);
 }
 
-// A size that comes from a damaged tag can be anything: only what the file can deliver is
-// allocated.
+// Returns false when the file is too short to fill so many bytes: the size may come from a damaged
+// tag, and only what the file can deliver is allocated.
 bool CMPAFileStream::GrowBuffer(long long offset, unsigned int size) const {
-    const long long fileSize = GetSize();
-    if (fileSize < size || offset > fileSize - size) {
-        return false;
+    const unsigned int capacity = std::max(size, kWindowBytes);
+    if (capacity <= m_bufferCapacity) {
+        return true;
+    }
+    if (size > kWindowBytes) {
+        const long long fileSize = GetSize();
+        if (fileSize < size || offset > fileSize - size) {
+            return false;
+        }
     }
     m_bufferLength = 0;
     m_bufferCapacity = 0;
-    m_buffer = std::make_unique_for_overwrite<unsigned char[]>(size);
-    m_bufferCapacity = size;
+    m_buffer = std::make_unique_for_overwrite<unsigned char[]>(capacity);
+    m_bufferCapacity = capacity;
     return true;
 }
 
