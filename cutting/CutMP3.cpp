@@ -1,0 +1,304 @@
+#include "cutting/CutMP3.h"
+
+#include "cutting/OutputFile.h"
+#include "mpeg/MPAEndOfFileException.h"
+#include "mpeg/MPAFile.h"
+#include "mpeg/MPAStream.h"
+#include "mpeg/Tags.h"
+#include "mpeg/XINGHeader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <vector>
+
+namespace {
+
+// The output, and where in it the source's first frame comes to lie: how many bytes further from
+// the start than in the source.
+std::FILE* oh = nullptr;
+long long firstFrameShift = 0;
+
+/// The frames of a range: it begins in frame `start` and ends before frame `end`, counted from the
+/// first one as 0.
+struct FrameRange {
+    long long start;
+    long long end;
+    long long Distance() const { return end - start; }
+};
+
+/// What a cut has written so far; tags and the VBR header's frame do not count.
+struct Written {
+    int frames = 0;
+    unsigned int bytes = 0;
+};
+
+/// Walks over the frames of a file, one at a time.
+class FrameWalk {
+public:
+    explicit FrameWalk(CMPAFile& file)
+        : m_file(file), m_frame(file.GetFrame(CMPAFile::First, nullptr, true, 0)) {}
+
+    CMPAFrame* Current() const { return m_frame.get(); } // null at the end of the audio
+
+    bool Step() {
+        m_frame.reset(m_file.GetFrame(CMPAFile::Next, m_frame.release(), true, 0));
+        return m_frame != nullptr;
+    }
+
+    void Skip(long long frames) {
+        for (long long i = 0; i < frames && Step(); ++i) {
+        }
+    }
+
+    /// Steps to the next frame and writes it. Returns false at the end and when it was not written.
+    bool StepAndWrite(long long total, Written& written) {
+        Step();
+        const int size = WriteFrame(
+            &m_file, Current(),
+            static_cast<int>(std::min<long long>(total, std::numeric_limits<int>::max())),
+            written.frames, static_cast<int>(written.bytes));
+        if (size <= 0) {
+            return false;
+        }
+        ++written.frames;
+        written.bytes += static_cast<unsigned int>(size);
+        return true;
+    }
+
+private:
+    CMPAFile& m_file;
+    std::unique_ptr<CMPAFrame> m_frame;
+};
+
+// In single precision throughout, the product first: where a frame boundary falls is part of what a
+// cut is, and must not depend on who computes it.
+long long FrameNumber(float seconds, const CMPAHeader& header, float (*round)(float)) {
+    const float samples = seconds * static_cast<float>(header.GetSamplingRateHz());
+    const float frames = round(samples / static_cast<float>(header.GetSamplesPerFrame()));
+    constexpr auto kMost = static_cast<float>(1U << 31);
+    return std::isnan(frames) ? 0 : static_cast<long long>(std::clamp(frames, -kMost, kMost));
+}
+
+bool WriteBytes(const void* bytes, std::size_t size) {
+    return std::fwrite(bytes, 1, size, oh) == size;
+}
+
+// In pieces: a tag with pictures may be larger than anything else that a cut holds in memory.
+bool CopyTag(const CMPAStream& stream, const CTag& tag) {
+    constexpr unsigned int kPieceBytes = 64 * 1024;
+    long long offset = tag.GetOffset();
+    for (unsigned int left = tag.GetSize(); left > 0;) {
+        const unsigned int size = std::min(left, kPieceBytes);
+        if (!WriteBytes(stream.ReadBytes(size, offset, true, false), size)) {
+            return false;
+        }
+        left -= size;
+    }
+    return true;
+}
+
+std::vector<const CTag*> TagsWhere(const CMPAFile& file, bool appended) {
+    std::vector<const CTag*> tags;
+    unsigned int index = 0;
+    while (const CTag* tag = file.GetTags()->GetNextTag(index)) {
+        if (tag->IsAppended() == appended) {
+            tags.push_back(tag);
+        }
+    }
+    return tags;
+}
+
+bool CopyLeadingTags(const CMPAFile& file) {
+    const std::vector<const CTag*> tags = TagsWhere(file, false);
+    return std::all_of(tags.begin(), tags.end(),
+                       [&](const CTag* tag) { return CopyTag(*file.GetStream(), *tag); });
+}
+
+// The collection lists them from the end of the file backwards.
+bool CopyTrailingTags(const CMPAFile& file) {
+    const std::vector<const CTag*> tags = TagsWhere(file, true);
+    return std::fseek(oh, 0, SEEK_END) == 0 &&
+           std::all_of(tags.rbegin(), tags.rend(),
+                       [&](const CTag* tag) { return CopyTag(*file.GetStream(), *tag); });
+}
+
+bool CopyFrame(const CMPAFrame& frame) {
+    const CMPAStream& stream = *frame.GetStream();
+    long long offset = frame.GetOffset();
+    try {
+        return WriteBytes(stream.ReadBytes(frame.GetSize(), offset, false, false), frame.GetSize());
+    } catch (const CMPAEndOfFileException&) {
+        throw CMPAException(CMPAException::NoFrameBeforeEOF, stream.GetFileName(),
+                            "The source ends in the middle of a frame", false);
+    }
+}
+
+Written WriteRange(CMPAFile& file, const FrameRange& range) {
+    Written written;
+    if (range.end < range.start) {
+        return written;
+    }
+    FrameWalk walk(file);
+    walk.Skip(range.start);
+    const long long total = range.Distance() + 1;
+    while (written.frames < total && walk.StepAndWrite(total, written)) {
+    }
+    return written;
+}
+
+Written WriteAllButRange(CMPAFile& file, const FrameRange& range) {
+    const long long total = GetFrameCount(&file) - range.Distance() + 1;
+    Written written;
+    FrameWalk walk(file);
+    while (written.frames <= range.start && walk.StepAndWrite(total, written)) {
+    }
+    walk.Skip(range.Distance() - 1);
+    while (walk.Current() != nullptr && written.frames + 1 < total &&
+           walk.StepAndWrite(total, written)) {
+    }
+    return written;
+}
+
+bool UpdateVBRHeader(CVBRHeader& header, const Written& written) {
+    // A count of 0 was not known before, and stays so.
+    if (header.GetByteCount() != 0) {
+        header.SetByteCount(written.bytes);
+    }
+    if (header.GetFrameCount() != 0) {
+        header.SetFrameCount(static_cast<unsigned int>(written.frames));
+    }
+    return RewriteVBRHeader(oh, &header);
+}
+
+bool WriteAudio(CMPAFile& file, float start, float end, bool keep) {
+    const std::unique_ptr<CMPAFrame> first(file.GetFrame(CMPAFile::First, nullptr, true, 0));
+    if (first == nullptr) {
+        SetCutFailure("no frame found");
+        return false;
+    }
+    firstFrameShift = ftello(oh) - first->GetOffset();
+    if (file.GetVBRHeader() != nullptr && !CopyFrame(*first)) {
+        return false;
+    }
+    const CMPAHeader& header = *first->GetHeader();
+    const FrameRange range{FrameNumber(start, header, std::floor),
+                           FrameNumber(end, header, std::ceil)};
+    const Written written = keep ? WriteRange(file, range) : WriteAllButRange(file, range);
+    return file.GetVBRHeader() == nullptr || UpdateVBRHeader(*file.GetVBRHeader(), written);
+}
+
+// The cut without its file. A source that becomes unreadable behind the last frame written costs
+// the trailing tags, not the cut.
+bool WriteCut(const char* src, float start, float end, bool keep) {
+    bool result = false;
+    try {
+        CMPAFile file(src);
+        result = CopyLeadingTags(file) && WriteAudio(file, start, end, keep);
+        result = result && CopyTrailingTags(file);
+    } catch (CMPAException& e) {
+        e.ShowError();
+    }
+    return result;
+}
+
+void PutBigEndian(std::vector<unsigned char>& bytes, unsigned int value) {
+    const unsigned int reversed = LittleEndianToBigEndian(value);
+    for (int shift = 0; shift < 32; shift += 8) {
+        bytes.push_back(static_cast<unsigned char>(reversed >> shift));
+    }
+}
+
+// Each entry tells where in the file a hundredth of the playing time begins, in 256ths of its
+// bytes. A hundredth that no frame begins in starts where the one before does.
+void PutSeekTable(std::vector<unsigned char>& bytes, const CVBRHeader& header) {
+    std::uint64_t position = 0;
+    for (unsigned int slot = 0; slot < header.GetTableSize(); ++slot) {
+        if (header.GetRewriteTable()[slot] != 0) {
+            position = header.GetRewriteTable()[slot];
+        }
+        bytes.push_back(static_cast<unsigned char>(position * 256 / header.GetByteCount()));
+    }
+}
+
+bool WriteAt(std::FILE* output, long long offset, const std::vector<unsigned char>& bytes) {
+    return fseeko(output, offset, SEEK_SET) == 0 &&
+           std::fwrite(bytes.data(), 1, bytes.size(), output) == bytes.size();
+}
+
+} // namespace
+
+bool CutMP3File(const char* src, const char* dst, float start, float end, bool keep) {
+    SetCutFailure("");
+    OutputFile output(dst, src);
+    if (output.GetHandle() == nullptr) {
+        CMPAException(CMPAException::CantOpenFile, dst, "CreateFile", true).ShowError();
+        return false;
+    }
+    oh = output.GetHandle();
+    const bool result = WriteCut(src, start, end, keep);
+    oh = nullptr;
+    return output.Close(result);
+}
+
+int WriteFrame(CMPAFile* file, CMPAFrame* frame, int total, int index, int bytesBefore) {
+    if (frame == nullptr || !CopyFrame(*frame)) {
+        return 0;
+    }
+    const CVBRHeader* header = file->GetVBRHeader();
+    if (header != nullptr && header->GetRewriteTable() != nullptr && total > 0) {
+        const unsigned int slot = static_cast<unsigned int>(index) * header->GetTableSize() /
+                                  static_cast<unsigned int>(total);
+        if (slot > 0 && slot < header->GetTableSize() && header->GetRewriteTable()[slot] == 0) {
+            header->GetRewriteTable()[slot] = static_cast<unsigned int>(bytesBefore);
+        }
+    }
+    return static_cast<int>(frame->GetSize());
+}
+
+int GetFrameCount(CMPAFile* file) {
+    const CVBRHeader* header = file->GetVBRHeader();
+    return header != nullptr && header->GetFrameCount() != 0
+               ? static_cast<int>(header->GetFrameCount())
+               : CountFrames(file);
+}
+
+int CountFrames(CMPAFile* file) {
+    int count = 0;
+    for (FrameWalk walk(*file); walk.Step();) {
+        ++count;
+    }
+    return count;
+}
+
+bool RewriteVBRHeader(std::FILE* output, CVBRHeader* header) {
+    constexpr long long kXINGFieldsOffset = 8;
+    constexpr long long kVBRICountsOffset = 10;
+    const long long offset = header->GetOffset() + firstFrameShift;
+
+    std::vector<unsigned char> fields;
+    const auto* xing = dynamic_cast<const CXINGHeader*>(header);
+    if (xing == nullptr) {
+        PutBigEndian(fields, header->GetByteCount());
+        PutBigEndian(fields, header->GetFrameCount());
+        return WriteAt(output, offset + kVBRICountsOffset, fields);
+    }
+    // The counts do not tell which fields are there: one may be 0, or have been worked out.
+    const unsigned int flags = xing->ReadFlags();
+    if ((flags & CXINGHeader::kFrameCount) != 0) {
+        PutBigEndian(fields, header->GetFrameCount());
+    }
+    if ((flags & CXINGHeader::kByteCount) != 0) {
+        PutBigEndian(fields, header->GetByteCount());
+    }
+    if ((flags & CXINGHeader::kSeekTable) != 0 && header->GetByteCount() != 0) {
+        PutSeekTable(fields, *header);
+    }
+    return WriteAt(output, offset + kXINGFieldsOffset, fields);
+}
+
+unsigned LittleEndianToBigEndian(unsigned value) {
+    return value >> 24 | (value >> 8 & 0xFF00U) | (value << 8 & 0xFF0000U) | value << 24;
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdio>
+
+class CMPAFile;
+class CMPAFrame;
+class CVBRHeader;
+
+/// Writes a time range of an MPEG audio file, or everything but that range, to a new file: whole
+/// frames, byte for byte, between the tags of the source. A VBR header keeps its frame and is
+/// rewritten to describe the new file.
+///
+/// Without a VBR header the source's first frame is not copied. Both boundary frames of a range
+/// that is cut out stay in the file.
+///
+/// @param src    the source, only read
+/// @param dst    the output; an existing file is overwritten. Not the source itself
+/// @param start  seconds from the beginning of the audio, not greater than end
+/// @param end    seconds
+/// @param keep   true: write only the range; false: everything but the range
+/// @return whether the output was written, also when no frame lies in the range. On false dst is
+/// deleted; what is wrong has been shown with ShowErrorMsg or stands in CutFailure.
+///
+/// Not re-entrant: the output is held in a variable of the module.
+bool CutMP3File(const char* src, const char* dst, float start, float end, bool keep);
+
+/// Copies one frame to the output of the cut under way and notes where it lies there in the VBR
+/// header's rewrite table.
+/// @param total        how many frames the cut is expected to write; 0 or less: nothing is noted
+/// @param index        frames written before this one
+/// @param bytesBefore  bytes of frames written before this one, as an unsigned number
+/// @return the frame's size in bytes; 0 for a null frame and when it could not be written.
+/// Throws CMPAException when the frame cannot be read.
+int WriteFrame(CMPAFile* file, CMPAFrame* frame, int total, int index, int bytesBefore);
+
+/// The number of frames after the first one: from the VBR header, or counted where that has none.
+int GetFrameCount(CMPAFile* file);
+
+/// Counts the frames after the first one by a walk to the end of the audio.
+int CountFrames(CMPAFile* file);
+
+/// Writes the header's counts and, for Xing/Info, a seek table made from its rewrite table into the
+/// output of the cut under way: every field that the header holds, and no other.
+/// @return whether all was written. Throws CMPAException when the source cannot be read.
+bool RewriteVBRHeader(std::FILE* output, CVBRHeader* header);
+
+/// The value with its four bytes in reverse order.
+unsigned LittleEndianToBigEndian(unsigned value);

@@ -1,0 +1,70 @@
+#include "cutting/OutputFile.h"
+
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t kBufferBytes = 256 * 1024;
+
+std::string failure; // main thread, as the cutters
+
+bool IsSameFile(const char* a, const char* b) {
+    struct stat first {};
+    struct stat second {};
+    return stat(a, &first) == 0 && stat(b, &second) == 0 && first.st_dev == second.st_dev &&
+           first.st_ino == second.st_ino;
+}
+
+bool IsDevice(std::FILE* file) {
+    struct stat status {};
+    return fstat(fileno(file), &status) == 0 &&
+           (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode));
+}
+
+} // namespace
+
+const std::string& CutFailure() {
+    return failure;
+}
+
+void SetCutFailure(const std::string& reason) {
+    failure = reason;
+}
+
+OutputFile::OutputFile(const char* path, const char* source) : m_path(path) {
+    if (IsSameFile(path, source)) {
+        errno = EEXIST;
+        return;
+    }
+    m_file = std::fopen(path, "wbe");
+    if (m_file != nullptr) {
+        std::setvbuf(m_file, nullptr, _IOFBF, kBufferBytes);
+    }
+}
+
+OutputFile::~OutputFile() {
+    if (m_file != nullptr) {
+        Close(false);
+    }
+}
+
+bool OutputFile::Close(bool cutSucceeded) {
+    // A device is not ours to delete.
+    const bool isDevice = IsDevice(m_file);
+    const bool arrived = std::ferror(m_file) == 0;
+    const bool closed = std::fclose(m_file) == 0;
+    m_file = nullptr;
+    if (cutSucceeded && arrived && closed) {
+        return true;
+    }
+    if (!arrived || !closed) {
+        SetCutFailure(std::string("cannot write the output: ") + std::strerror(errno));
+    }
+    if (!isDevice) {
+        unlink(m_path.c_str());
+    }
+    return false;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+/// The file that a cut writes. Deleted again unless Close says that all of it is there.
+class OutputFile {
+public:
+    /// Creates the file, truncating one that exists ("wb"). Refuses to when it is the source.
+    OutputFile(const char* path, const char* source);
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+    ~OutputFile();
+
+    /// Null when the file could not be created; errno then says why.
+    std::FILE* GetHandle() const { return m_file; }
+
+    /// Closes the file. Deletes it when the cut failed or when anything written has not arrived.
+    /// @param cutSucceeded  what the cutter has to say
+    /// @return whether the file is complete; where something has not arrived, CutFailure tells why
+    bool Close(bool cutSucceeded);
+
+private:
+    std::string m_path;
+    std::FILE* m_file = nullptr;
+};
+
+/// Why the last cut returned false, in English; empty when ShowErrorMsg has told it, and after a
+/// cut that succeeded.
+const std::string& CutFailure();
+void SetCutFailure(const std::string& reason);

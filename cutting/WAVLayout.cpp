@@ -1,0 +1,128 @@
+#include "cutting/WAVLayout.h"
+
+#include <array>
+#include <cstring>
+#include <sys/stat.h>
+
+namespace {
+
+constexpr std::uint16_t kPCM = 1;
+constexpr long long kFormatFieldsSize = 16;
+
+// No file has more than a handful before its samples; a list of millions of empty chunks would take
+// many times the file's size in memory.
+constexpr std::size_t kMostChunks = 10000;
+
+unsigned int LittleEndian(const unsigned char* bytes, int size) {
+    unsigned int value = 0;
+    for (int i = size; i > 0; --i) {
+        value = value << 8 | bytes[i - 1];
+    }
+    return value;
+}
+
+long long FileSize(std::FILE* file) {
+    struct stat status {};
+    return fstat(fileno(file), &status) == 0 ? status.st_size : 0;
+}
+
+/// Reads the layout from front to back. Each step tells what is wrong, or nothing.
+class LayoutReader {
+public:
+    LayoutReader(std::FILE* file, WAVLayout& layout)
+        : m_file(file), m_layout(layout), m_fileSize(FileSize(file)) {}
+
+    const char* ReadAll() {
+        const char* error = ReadRIFFHeader();
+        if (error == nullptr) {
+            error = ReadFormat();
+        }
+        while (error == nullptr && m_layout.chunks.back().id != "data") {
+            error = m_layout.chunks.size() < kMostChunks ? SkipPayloadAndReadChunk()
+                                                         : "too many chunks before the samples";
+        }
+        if (error == nullptr && m_layout.DataSize() == 0) {
+            error = "there are no samples in it";
+        }
+        return error;
+    }
+
+private:
+    const char* ReadRIFFHeader() {
+        std::array<unsigned char, WAVLayout::kRIFFHeaderSize> bytes{};
+        if (!Read(0, bytes.data(), bytes.size()) || std::memcmp(bytes.data(), "RIFF", 4) != 0 ||
+            std::memcmp(bytes.data() + 8, "WAVE", 4) != 0) {
+            return "not a WAV file";
+        }
+        return nullptr;
+    }
+
+    const char* ReadFormat() {
+        if (!ReadChunk(WAVLayout::kRIFFHeaderSize) || m_layout.chunks.back().id != "fmt ") {
+            return "the WAV file does not begin with its format";
+        }
+        std::array<unsigned char, kFormatFieldsSize> bytes{};
+        const WAVChunk& chunk = m_layout.chunks.back();
+        if (chunk.size < bytes.size() || IsNegative(chunk.size) ||
+            !Read(chunk.offset + WAVLayout::kChunkHeaderSize, bytes.data(), bytes.size())) {
+            return "the format of the WAV file is damaged";
+        }
+        m_layout.formatTag = static_cast<std::uint16_t>(LittleEndian(&bytes[0], 2));
+        m_layout.channels = static_cast<std::uint16_t>(LittleEndian(&bytes[2], 2));
+        m_layout.samplesPerSecond = LittleEndian(&bytes[4], 4);
+        m_layout.bytesPerSecond = static_cast<std::int32_t>(LittleEndian(&bytes[8], 4));
+        m_layout.blockAlign = static_cast<std::int16_t>(LittleEndian(&bytes[12], 2));
+        m_layout.bitsPerSample = static_cast<std::uint16_t>(LittleEndian(&bytes[14], 2));
+        if (m_layout.formatTag != kPCM) {
+            return "the samples of the WAV file are not PCM";
+        }
+        if (m_layout.bytesPerSecond <= 0 || m_layout.blockAlign <= 0) {
+            return "the format of the WAV file is damaged";
+        }
+        return nullptr;
+    }
+
+    const char* SkipPayloadAndReadChunk() {
+        const WAVChunk& chunk = m_layout.chunks.back();
+        const long long payload = chunk.offset + WAVLayout::kChunkHeaderSize;
+        if (chunk.size > m_fileSize - payload) {
+            return "the WAV file ends before its samples";
+        }
+        long long next = payload + chunk.size;
+        unsigned char pad = 1;
+        if (chunk.size % 2 == 1 && Read(next, &pad, 1) && pad == 0) {
+            ++next;
+        }
+        return ReadChunk(next) ? nullptr : "the WAV file ends before its samples";
+    }
+
+    bool ReadChunk(long long offset) {
+        std::array<unsigned char, WAVLayout::kChunkHeaderSize> bytes{};
+        if (!Read(offset, bytes.data(), bytes.size())) {
+            return false;
+        }
+        m_layout.chunks.push_back({std::string(reinterpret_cast<const char*>(bytes.data()), 4),
+                                   offset, LittleEndian(&bytes[4], 4)});
+        return true;
+    }
+
+    bool Read(long long offset, unsigned char* destination, std::size_t size) {
+        return fseeko(m_file, offset, SEEK_SET) == 0 &&
+               std::fread(destination, 1, size, m_file) == size;
+    }
+
+    static bool IsNegative(std::uint32_t size) { return static_cast<std::int32_t>(size) < 0; }
+
+    std::FILE* m_file;
+    WAVLayout& m_layout;
+    long long m_fileSize;
+};
+
+} // namespace
+
+bool ReadWAVLayout(std::FILE* file, WAVLayout& layout, std::string& error) {
+    layout = WAVLayout();
+    const char* reason = LayoutReader(file, layout).ReadAll();
+    error = reason == nullptr ? "" : reason;
+    return reason == nullptr;
+}

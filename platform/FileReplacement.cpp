@@ -1,0 +1,86 @@
+#include "platform/FileReplacement.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <random>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr mode_t kDefaultPermissions = 0666; // less what the user's mask takes away
+constexpr int kAttempts = 100;
+
+std::error_code SystemError(int number) {
+    return {number, std::generic_category()};
+}
+
+std::string HiddenNameBeside(const std::string& target) {
+    std::random_device random;
+    const std::string name = ".klipra-" + std::to_string(getpid()) + "-" + std::to_string(random());
+    return std::filesystem::path(target).replace_filename(name).string();
+}
+
+} // namespace
+
+FileReplacement::FileReplacement(const std::string& target) : m_target(target) {
+    if (CheckTarget()) {
+        Create();
+    }
+}
+
+FileReplacement::~FileReplacement() {
+    if (!m_path.empty()) {
+        unlink(m_path.c_str());
+    }
+}
+
+bool FileReplacement::CheckTarget() {
+    struct stat status {};
+    if (stat(m_target.c_str(), &status) != 0) {
+        return true; // absent, or the folder will tell what is wrong
+    }
+    if (S_ISDIR(status.st_mode)) {
+        m_error = SystemError(EISDIR);
+    } else if (!S_ISREG(status.st_mode)) {
+        m_error = SystemError(EINVAL);
+    } else if (faccessat(AT_FDCWD, m_target.c_str(), W_OK, AT_EACCESS) != 0) {
+        m_error = SystemError(errno);
+    }
+    m_permissions = status.st_mode & 07777U;
+    return !m_error;
+}
+
+void FileReplacement::Create() {
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        const std::string path = HiddenNameBeside(m_target);
+        const int descriptor =
+            open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                 m_permissions.value_or(kDefaultPermissions));
+        if (descriptor >= 0) {
+            m_path = path;
+            m_error.clear();
+            if (m_permissions) {
+                fchmod(descriptor,
+                       *m_permissions); // a file system without permissions is no reason to fail
+            }
+            close(descriptor);
+            return;
+        }
+        m_error = SystemError(errno);
+        if (errno != EEXIST) {
+            return;
+        }
+    }
+}
+
+bool FileReplacement::Commit() {
+    if (std::rename(m_path.c_str(), m_target.c_str()) != 0) {
+        m_error = SystemError(errno);
+        return false;
+    }
+    m_path.clear();
+    return true;
+}
