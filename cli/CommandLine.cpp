@@ -1,0 +1,118 @@
+#include "cli/CommandLine.h"
+
+#include "cli/Commands.h"
+#include "cli/Report.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <getopt.h>
+#include <iterator>
+#include <new>
+
+namespace {
+
+constexpr char kProgramUsage[] = "klipra-cli COMMAND ...";
+
+struct Command {
+    const char* name;
+    const char* operands; // as the usage line shows them
+    std::size_t operandCount;
+    bool hasJson;
+    const char* summary;
+    int (*run)(const Arguments&);
+};
+
+constexpr Command kCommands[] = {
+    {"info", "[--json] FILE", 1, true, "tells what is in an MP3 or WAV file", RunInfo},
+    {"extract", "FILE START END OUT", 4, false, "writes only the range to OUT", RunExtract},
+    {"cut", "FILE START END OUT", 4, false, "writes everything but the range to OUT", RunCut},
+};
+
+const Command* FindCommand(const char* name) {
+    const auto* found =
+        std::find_if(std::begin(kCommands), std::end(kCommands),
+                     [&](const Command& c) { return std::strcmp(c.name, name) == 0; });
+    return found == std::end(kCommands) ? nullptr : found;
+}
+
+void PrintHelp() {
+    std::printf("Usage: %s\n\n", kProgramUsage);
+    std::puts("Cuts MP3 and PCM WAV files without re-encoding; the input is never changed.\n");
+    for (const Command& command : kCommands) {
+        std::printf("  klipra-cli %s %s\n        %s\n", command.name, command.operands,
+                    command.summary);
+    }
+    std::puts("  klipra-cli --help\n  klipra-cli --version\n");
+    std::puts("A time is seconds (90, 12.5) or [H:]M:SS[.fraction] (1:30.25); two times in either\n"
+              "order mean the same range. The format follows the extension, mp3 or wav.\n");
+    std::puts("Exit status: 0 done, 1 failed (OUT is as it was), 2 wrong usage.");
+}
+
+int RefuseUsage(const std::string& problem, const std::string& usage) {
+    std::fprintf(stderr, "klipra-cli: %s\nUsage: %s\n", problem.c_str(), usage.c_str());
+    return kWrongUsage;
+}
+
+// argv begins with the command's name.
+Arguments ParseArguments(const Command& command, int argc, char** argv) {
+    const std::array<option, 2> options = {{{"json", no_argument, nullptr, 'j'}, {}}};
+    Arguments arguments;
+    opterr = 0;
+    for (int found = 0; (found = getopt_long(argc, argv, "", options.data(), nullptr)) != -1;) {
+        if (found != 'j' || !command.hasJson) {
+            throw UsageError(std::string("unknown option ") + argv[optind - 1]);
+        }
+        arguments.json = true;
+    }
+    arguments.operands.assign(argv + optind, argv + argc);
+    if (arguments.operands.size() != command.operandCount) {
+        throw UsageError(arguments.operands.size() < command.operandCount
+                             ? "something is missing"
+                             : "there is something too much");
+    }
+    return arguments;
+}
+
+int RunCommand(const Command& command, int argc, char** argv) {
+    try {
+        return command.run(ParseArguments(command, argc, argv));
+    } catch (const UsageError& e) {
+        return RefuseUsage(e.what(),
+                           std::string("klipra-cli ") + command.name + " " + command.operands);
+    } catch (const std::bad_alloc&) {
+        ReportError("out of memory");
+        return kFailed;
+    }
+}
+
+// What could not be written to standard output is a result that is missing.
+int FinishOutput(int status) {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        ReportError(std::string("cannot write the result: ") + std::strerror(errno));
+        return kFailed;
+    }
+    return status;
+}
+
+} // namespace
+
+int RunCommandLine(int argc, char** argv) {
+    if (argc < 2) {
+        return RefuseUsage("which command?", kProgramUsage);
+    }
+    if (std::strcmp(argv[1], "--help") == 0) {
+        PrintHelp();
+        return FinishOutput(kDone);
+    }
+    if (std::strcmp(argv[1], "--version") == 0) {
+        std::puts("klipra-cli " KLIPRA_VERSION);
+        return FinishOutput(kDone);
+    }
+    const Command* command = FindCommand(argv[1]);
+    if (command == nullptr) {
+        return RefuseUsage(std::string("there is no command '") + argv[1] + "'", kProgramUsage);
+    }
+    return FinishOutput(RunCommand(*command, argc - 1, argv + 1));
+}

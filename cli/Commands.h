@@ -1,0 +1,10 @@
+#pragma once
+
+#include "cli/CommandLine.h"
+
+// The commands. Each has the operands that its usage line names, and returns the exit status; it
+// throws UsageError for operands that it does not understand.
+
+int RunInfo(const Arguments& arguments);
+int RunExtract(const Arguments& arguments);
+int RunCut(const Arguments& arguments);

@@ -1,0 +1,12 @@
+#include "cli/FileFormat.h"
+
+#include <filesystem>
+#include <strings.h>
+
+FileFormat GetFormat(const std::string& path) {
+    const std::string extension = std::filesystem::path(path).extension().string();
+    if (strcasecmp(extension.c_str(), ".mp3") == 0) {
+        return FileFormat::MP3;
+    }
+    return strcasecmp(extension.c_str(), ".wav") == 0 ? FileFormat::WAV : FileFormat::Unknown;
+}

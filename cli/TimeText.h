@@ -1,0 +1,8 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+/// The seconds that a text means: "90", "12.5", or [H:]M:SS[.fraction] such as "1:30.25"; none when
+/// it is no finite time of 0 or more.
+std::optional<double> ParseTime(const std::string& text);

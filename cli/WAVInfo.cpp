@@ -1,0 +1,34 @@
+#include "cli/WAVInfo.h"
+
+#include "cutting/WAVLayout.h"
+#include "platform/RegularFile.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+Json DescribeWAV(const std::string& path, std::string& error) {
+    const FilePointer file = OpenRegularFile(path.c_str());
+    if (file == nullptr) {
+        error = std::strerror(errno);
+        return nullptr;
+    }
+    WAVLayout layout;
+    if (!ReadWAVLayout(file.get(), layout, error)) {
+        return nullptr;
+    }
+    Json chunks = Json::array();
+    for (const WAVChunk& chunk : layout.chunks) {
+        chunks.push_back(
+            {{"id", BytesToJson(chunk.id)}, {"offset", chunk.offset}, {"size", chunk.size}});
+    }
+    return {{"format", "wav"},
+            {"size", std::filesystem::file_size(path)},
+            {"format_tag", layout.formatTag},
+            {"channels", layout.channels},
+            {"sample_rate", layout.samplesPerSecond},
+            {"bytes_per_second", layout.bytesPerSecond},
+            {"block_align", layout.blockAlign},
+            {"bits", layout.bitsPerSample},
+            {"chunks", chunks}};
+}
