@@ -1,0 +1,150 @@
+"""What bench/compare measures: the program's work, its peers on the same work, and the bounds.
+
+A new row is an entry of WORKS: a function that makes a Work for a Bench.
+"""
+
+from dataclasses import dataclass
+from pathlib import Path
+
+import long_recordings
+
+TEN_MINUTES = 600
+MEMORY_BOUND_MB = 20
+
+
+@dataclass(frozen=True)
+class Peer:
+    """Another program on the same work, or on work of the same size."""
+
+    name: str
+    command: list
+    at_most: float | None = None  # bound of klipra-cli's time over this one's
+    same_result: bool = True  # writes as much as klipra-cli does, give or take a frame or a header
+
+
+@dataclass(frozen=True)
+class Work:
+    """A row of the comparison. Every command writes the same file, anew in each run."""
+
+    command: list
+    result: Path
+    result_copy: Path  # klipra-cli's result of the warm-up, for peers that copy the same bytes
+    peers: list
+    memory_bound_mb: float = MEMORY_BOUND_MB
+
+
+@dataclass(frozen=True)
+class Recording:
+    path: Path
+    seconds: int
+    bounded: bool  # the bounds of time hold for its format
+
+    def bound(self, ratio):
+        return ratio if self.bounded else None
+
+    def middle(self):
+        """All but ten minutes at each end, in seconds."""
+        return TEN_MINUTES, self.seconds - TEN_MINUTES
+
+    def half_time(self):
+        """The ten minutes after the half, in seconds."""
+        return self.seconds // 2, self.seconds // 2 + TEN_MINUTES
+
+
+@dataclass(frozen=True)
+class Bench:
+    program: Path
+    directory: Path  # where recordings are built and results written
+
+    def cbr(self):
+        path = long_recordings.mp3(self.directory, "cbr.mp3", ["--cbr", "-b", "128"], False)
+        return Recording(path, long_recordings.HOURS * 3600, bounded=True)
+
+    def vbr(self):
+        path = long_recordings.mp3(self.directory, "vbr.mp3", ["-V", "4"], True)
+        return Recording(path, long_recordings.HOURS * 3600, bounded=True)
+
+    def wav(self):
+        path = long_recordings.wav(self.directory, "pcm.wav")
+        return Recording(path, long_recordings.wav_seconds(path), bounded=False)
+
+    def edit(self, operation, recording, span):
+        """The program's command, the file that it writes and where a copy of that is kept."""
+        result = self.directory / f"result{recording.path.suffix}"
+        result_copy = self.directory / f"result-copy{recording.path.suffix}"
+        return [self.program, operation, recording.path, *span, result], result, result_copy
+
+
+def extract(bench, recording):
+    """Keeps all but ten minutes at each end."""
+    start, end = recording.middle()
+    command, result, result_copy = bench.edit("extract", recording, (start, end))
+    source = ["-ss", start, "-to", end, "-i", recording.path]
+    peers = [
+        Peer("cp", ["cp", result_copy, result], recording.bound(2)),
+        Peer("ffmpeg -c copy", ffmpeg(source, result), recording.bound(1 / 3)),
+    ]
+    if recording.path.suffix == ".mp3":
+        peers.append(Peer("mp3splt", mp3splt(recording.path, start, end, result)))
+    return Work(command, result, result_copy, peers)
+
+
+def cut_ten_minutes(bench, recording):
+    """Takes ten minutes out of the middle: nearly everything is written."""
+    command, result, result_copy = bench.edit("cut", recording, recording.half_time())
+    peers = [
+        Peer("cp", ["cp", result_copy, result], recording.bound(2)),
+        join_pieces(bench, recording, recording.half_time(), result),
+    ]
+    return Work(command, result, result_copy, peers)
+
+
+def cut(bench, recording):
+    """Leaves only ten minutes at each end. Little is written, but every frame of an MP3 between
+    them has to be found, one after the other: a copy of all that is walked through is the bound."""
+    command, result, result_copy = bench.edit("cut", recording, recording.middle())
+    peers = [
+        Peer("cp", ["cp", result_copy, result]),
+        join_pieces(bench, recording, recording.middle(), result),
+    ]
+    if recording.path.suffix == ".mp3":
+        copy_all = ["cp", recording.path, result]
+        bound = recording.bound(2)
+        peers.insert(0, Peer("cp of the source", copy_all, bound, same_result=False))
+    return Work(command, result, result_copy, peers)
+
+
+def join_pieces(bench, recording, cut_span, result):
+    """ffmpeg joining the two pieces that a cut leaves. mp3splt cannot write two pieces as one."""
+    start, end = cut_span
+    pieces = bench.directory / f"pieces-{recording.path.stem}-{start}.ffconcat"
+    pieces.write_text(
+        "ffconcat version 1.0\n"
+        f"file '{recording.path}'\noutpoint {start}\n"
+        f"file '{recording.path}'\ninpoint {end}\n"
+    )
+    source = ["-f", "concat", "-safe", "0", "-i", pieces]
+    return Peer("ffmpeg -c copy", ffmpeg(source, result), recording.bound(1 / 3))
+
+
+def ffmpeg(source, result):
+    return ["ffmpeg", "-v", "error", "-nostdin", "-y", *source, "-c", "copy", result]
+
+
+def mp3splt(source, start, end, result):
+    """mp3splt writes times as minutes.seconds and adds the extension itself."""
+    span = [f"{seconds // 60}.{seconds % 60:02}" for seconds in (start, end)]
+    return ["mp3splt", "-Q", "-d", result.parent, "-o", result.stem, source, *span]
+
+
+WORKS = {
+    "cbr extract": lambda bench: extract(bench, bench.cbr()),
+    "cbr cut": lambda bench: cut(bench, bench.cbr()),
+    "cbr cut 10 min": lambda bench: cut_ten_minutes(bench, bench.cbr()),
+    "vbr extract": lambda bench: extract(bench, bench.vbr()),
+    "vbr cut": lambda bench: cut(bench, bench.vbr()),
+    "vbr cut 10 min": lambda bench: cut_ten_minutes(bench, bench.vbr()),
+    "wav extract": lambda bench: extract(bench, bench.wav()),
+    "wav cut": lambda bench: cut(bench, bench.wav()),
+    "wav cut 10 min": lambda bench: cut_ten_minutes(bench, bench.wav()),
+}
