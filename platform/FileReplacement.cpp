@@ -38,6 +38,10 @@ FileReplacement::~FileReplacement() {
 }
 
 bool FileReplacement::CheckTarget() {
+    if (m_target.empty()) {
+        m_error = SystemError(ENOENT);
+        return false;
+    }
     struct stat status {};
     if (stat(m_target.c_str(), &status) != 0) {
         return true; // absent, or the folder will tell what is wrong

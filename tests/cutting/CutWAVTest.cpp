@@ -1,0 +1,134 @@
+#include "cutting/CutWAV.h"
+
+#include "cutting/OutputFile.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/WavBuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+
+namespace {
+
+const std::string kList = WavBuilder::Chunk("LIST", "INFOIART\x04\0\0\0us\0\0");
+
+// What must come out: the source's header with the two sizes, then these samples.
+std::string Expected(const WavBuilder& source, const std::string& samples) {
+    std::string bytes = source.Header();
+    const auto total = static_cast<std::uint32_t>(bytes.size() + samples.size());
+    bytes.replace(4, 4, WavBuilder::Number(4, total - 8));
+    bytes.replace(bytes.size() - 4, 4,
+                  WavBuilder::Number(4, static_cast<std::uint32_t>(samples.size())));
+    return bytes + samples;
+}
+
+class CutWAV : public testing::Test {
+protected:
+    bool Cut(const std::string& source, float start, float end, bool keep) {
+        m_source = m_folder.Write("source.wav", source);
+        return CutWAVFile(m_source.c_str(), m_output.c_str(), start, end, keep);
+    }
+
+    TemporaryFolder m_folder;
+    std::string m_source;
+    std::string m_output = m_folder.Path("output.wav");
+};
+
+TEST_F(CutWAV, WritesWholeSampleFramesOfTheRangeOrOfTheRest) {
+    const WavBuilder source{.chunksBefore = kList, .samples = WavBuilder::Pattern(3 * 176400)};
+    const std::string& all = source.samples;
+    const struct {
+        float start;
+        float end;
+        bool keep;
+        std::string expected;
+    } cases[] = {
+        {1.0F, 2.0F, true, all.substr(176400, 176400)},
+        {0.00001F, 0.0001F, true, all.substr(0, 16)}, // bytes 1 and 17, rounded down to 0 and 16
+        {2.5F, 100.0F, true, all.substr(441000)},
+        {5.0F, 6.0F, true, ""},
+        {1e30F, 1e38F, true, ""},
+        {0.0F, 1.0F, false, all.substr(176400)},
+        {1.0F, 2.0F, false, all.substr(0, 176400) + all.substr(352800)},
+        {1.0F, 100.0F, false, all.substr(0, 176400)},
+        {2.0F, 2.0F, false, all},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::to_string(c.start) + " to " + std::to_string(c.end));
+        EXPECT_TRUE(Cut(source.Bytes(), c.start, c.end, c.keep)) << CutFailure();
+        // An end behind the samples runs on to the end of the file, in whole blocks.
+        EXPECT_EQ(TemporaryFolder::Read(m_output),
+                  Expected(source,
+                           c.expected.size() == 88200 ? c.expected.substr(0, 86016) : c.expected));
+    }
+}
+
+TEST_F(CutWAV, CopiesEveryChunkBeforeTheSamplesAndNoneBehind) {
+    const std::string samples = WavBuilder::Pattern(8000);
+    const WavBuilder sources[] = {
+        {.formatSize = 18, .formatExtension = std::string(2, '\0'), .samples = samples},
+        {.formatSize = 5016, .formatExtension = WavBuilder::Pattern(5000), .samples = samples},
+        {.chunksBefore = WavBuilder::Chunk("odd ", "abc") + '\0' + kList, .samples = samples},
+        {.chunksBefore = WavBuilder::Chunk("odd ", "abc") + kList, .samples = samples},
+        {.chunksBefore = WavBuilder::Chunk("big ", std::string(300000, 'x')), .samples = samples},
+        {.samples = samples, .after = kList},
+    };
+    for (const WavBuilder& source : sources) {
+        EXPECT_TRUE(Cut(source.Bytes(), 0.0F, 4000.0F / 176400.0F, true)) << CutFailure();
+        EXPECT_EQ(TemporaryFolder::Read(m_output), Expected(source, samples.substr(0, 4000)));
+    }
+}
+
+TEST_F(CutWAV, SamplesThatAreDeclaredButMissingAreLeftOut) {
+    const WavBuilder source{.samples = WavBuilder::Pattern(10000), .dataSize = 0xFFFFFFF0};
+    EXPECT_TRUE(Cut(source.Bytes(), 0.0F, 1.0F, true));
+    EXPECT_EQ(TemporaryFolder::Read(m_output), Expected(source, source.samples.substr(0, 8192)));
+}
+
+TEST_F(CutWAV, AnEndThatOnlyRoundingPutBehindTheSamplesIsTheirEnd) {
+    // Sparse: 3 GB of zeros. The end in single precision lies up to 256 bytes behind the samples.
+    constexpr std::uint32_t kSamples = 3000000004;
+    const WavBuilder source{.dataSize = kSamples};
+    Cut(source.Bytes(), 0.0F, 0.0F, true); // writes the source
+    std::filesystem::resize_file(m_source, source.Header().size() + kSamples);
+    const double exact = static_cast<double>(kSamples) / 176400.0;
+    const float end = std::nextafter(static_cast<float>(exact), 1e9F);
+    ASSERT_GT(end * 176400.0F, static_cast<float>(kSamples));
+    EXPECT_TRUE(CutWAVFile(m_source.c_str(), m_output.c_str(), 17006.0F, end, true));
+    const auto start = static_cast<std::uint32_t>(17006.0F * 176400.0F) / 4 * 4;
+    EXPECT_EQ(std::filesystem::file_size(m_output), source.Header().size() + kSamples - start);
+}
+
+TEST_F(CutWAV, RefusesWhatItCannotCutAndLeavesNoOutput) {
+    const std::string samples = WavBuilder::Pattern(100);
+    const std::string good = WavBuilder{.samples = samples}.Bytes();
+    constexpr std::uint32_t kNegative = 0x80000000;
+    const std::string bad[] = {
+        "",
+        good.substr(0, 11),
+        "RIFX" + good.substr(4),
+        good.substr(0, 8) + "AVI " + good.substr(12),
+        good.substr(0, 12) + kList + good.substr(12), // the format does not come first
+        good.substr(0, 30),
+        WavBuilder{.formatTag = 3, .samples = samples}.Bytes(),
+        WavBuilder{.bytesPerSecond = 0, .samples = samples}.Bytes(),
+        WavBuilder{.bytesPerSecond = -4, .samples = samples}.Bytes(),
+        WavBuilder{.blockAlign = 0, .samples = samples}.Bytes(),
+        WavBuilder{.blockAlign = -4, .samples = samples}.Bytes(),
+        WavBuilder{.formatSize = kNegative, .samples = samples}.Bytes(),
+        WavBuilder{.formatSize = 0x7FFFFFFF, .samples = samples}.Bytes(),
+        WavBuilder{.formatSize = 14, .samples = samples}.Bytes(),
+        WavBuilder{.chunksBefore = "junk" + WavBuilder::Number(4, 0xFFFFFFFF)}.Bytes(),
+        WavBuilder{.samples = ""}.Bytes(),
+        good.substr(0, 36), // no samples at all
+    };
+    for (std::size_t i = 0; i < std::size(bad); ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_FALSE(Cut(bad[i], 0.0F, 1.0F, true));
+        EXPECT_FALSE(CutFailure().empty());
+        EXPECT_FALSE(std::filesystem::exists(m_output));
+    }
+}
+
+} // namespace

@@ -1,0 +1,62 @@
+#include "platform/FileReplacement.h"
+
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::ptrdiff_t CountFiles(const std::string& folder) {
+    return std::distance(fs::directory_iterator(folder), {});
+}
+
+TEST(FileReplacement, TakesTheTargetsPlaceAndPermissionsOnCommitOnly) {
+    const TemporaryFolder folder;
+    const std::string target = folder.Write("target", "old");
+    chmod(target.c_str(), 0640);
+    {
+        const FileReplacement abandoned(target);
+        std::ofstream(abandoned.GetPath()) << "half";
+        EXPECT_EQ(TemporaryFolder::Read(target), "old");
+    }
+    EXPECT_EQ(CountFiles(folder.Path("")), 1);
+    {
+        FileReplacement replacement(target);
+        std::ofstream(replacement.GetPath()) << "new";
+        EXPECT_TRUE(replacement.Commit());
+    }
+    EXPECT_EQ(TemporaryFolder::Read(target), "new");
+    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
+    EXPECT_EQ(CountFiles(folder.Path("")), 1);
+}
+
+TEST(FileReplacement, DoesNotFollowALink) {
+    const TemporaryFolder folder;
+    const std::string precious = folder.Write("precious", "precious");
+    const std::string link = folder.Path("link");
+    fs::create_symlink(precious, link);
+    FileReplacement replacement(link);
+    std::ofstream(replacement.GetPath()) << "new";
+    EXPECT_TRUE(replacement.Commit());
+    EXPECT_EQ(TemporaryFolder::Read(precious), "precious");
+    EXPECT_FALSE(fs::is_symlink(link));
+}
+
+TEST(FileReplacement, RefusesTargetsThatNoFileCanReplace) {
+    const TemporaryFolder folder;
+    const std::string fifo = folder.Path("fifo");
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    for (const std::string& target :
+         {folder.Path(""), folder.Path("no/such/file"), fifo, std::string()}) {
+        const FileReplacement replacement(target);
+        EXPECT_TRUE(replacement.GetPath().empty()) << target;
+        EXPECT_TRUE(replacement.GetError()) << target;
+    }
+    EXPECT_EQ(CountFiles(folder.Path("")), 1);
+}
+
+} // namespace
