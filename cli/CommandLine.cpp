@@ -2,9 +2,11 @@
 
 #include "cli/Commands.h"
 #include "cli/Report.h"
+#include "platform/SystemError.h"
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <getopt.h>
@@ -59,7 +61,8 @@ int RefuseUsage(const std::string& problem, const std::string& usage) {
 Arguments ParseArguments(const Command& command, int argc, char** argv) {
     const std::array<option, 2> options = {{{"json", no_argument, nullptr, 'j'}, {}}};
     Arguments arguments;
-    opterr = 0;
+    opterr = 0; // the messages are ours
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs yet
     for (int found = 0; (found = getopt_long(argc, argv, "", options.data(), nullptr)) != -1;) {
         if (found != 'j' || !command.hasJson) {
             throw UsageError(std::string("unknown option ") + argv[optind - 1]);
@@ -90,7 +93,7 @@ int RunCommand(const Command& command, int argc, char** argv) {
 // What could not be written to standard output is a result that is missing.
 int FinishOutput(int status) {
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        ReportError(std::string("cannot write the result: ") + std::strerror(errno));
+        ReportError("cannot write the result: " + SystemErrorText(errno));
         return kFailed;
     }
     return status;

@@ -2,15 +2,15 @@
 
 #include "cutting/WAVLayout.h"
 #include "platform/RegularFile.h"
+#include "platform/SystemError.h"
 
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 
 Json DescribeWAV(const std::string& path, std::string& error) {
     const FilePointer file = OpenRegularFile(path.c_str());
     if (file == nullptr) {
-        error = std::strerror(errno);
+        error = SystemErrorText(errno);
         return nullptr;
     }
     WAVLayout layout;

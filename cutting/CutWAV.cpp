@@ -3,11 +3,11 @@
 #include "cutting/OutputFile.h"
 #include "cutting/WAVLayout.h"
 #include "platform/RegularFile.h"
+#include "platform/SystemError.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <memory>
 
@@ -100,12 +100,12 @@ bool CutWAVFile(const char* src, const char* dst, float start, float end, bool k
     SetCutFailure("");
     const FilePointer source = OpenRegularFile(src);
     if (source == nullptr) {
-        SetCutFailure(std::strerror(errno));
+        SetCutFailure(SystemErrorText(errno));
         return false;
     }
     OutputFile output(dst, src);
     if (output.GetHandle() == nullptr) {
-        SetCutFailure(std::string("cannot create the output: ") + std::strerror(errno));
+        SetCutFailure("cannot create the output: " + SystemErrorText(errno));
         return false;
     }
     ih = source.get();

@@ -1,7 +1,8 @@
 #include "cutting/OutputFile.h"
 
+#include "platform/SystemError.h"
+
 #include <cerrno>
-#include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -41,7 +42,7 @@ OutputFile::OutputFile(const char* path, const char* source) : m_path(path) {
     }
     m_file = std::fopen(path, "wbe");
     if (m_file != nullptr) {
-        std::setvbuf(m_file, nullptr, _IOFBF, kBufferBytes);
+        static_cast<void>(std::setvbuf(m_file, nullptr, _IOFBF, kBufferBytes));
     }
 }
 
@@ -61,7 +62,7 @@ bool OutputFile::Close(bool cutSucceeded) {
         return true;
     }
     if (!arrived || !closed) {
-        SetCutFailure(std::string("cannot write the output: ") + std::strerror(errno));
+        SetCutFailure("cannot write the output: " + SystemErrorText(errno));
     }
     if (!isDevice) {
         unlink(m_path.c_str());

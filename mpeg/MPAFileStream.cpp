@@ -22,10 +22,10 @@ CMPAFileStream::CMPAFileStream(const char* fileName)
         throw CMPAException(CMPAException::CantOpenFile, fileName, "CreateFile", true);
     }
     // The C library's own buffer would be a second one, and costs a system call for each seek.
-    std::setvbuf(file.get(), nullptr, _IONBF, 0);
+    static_cast<void>(std::setvbuf(file.get(), nullptr, _IONBF, 0));
     m_file = file.get();
     Init();
-    file.release();
+    static_cast<void>(file.release());
 }
 
 CMPAFileStream::CMPAFileStream(const char* fileName, std::FILE* file)

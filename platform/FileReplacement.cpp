@@ -1,5 +1,7 @@
 #include "platform/FileReplacement.h"
 
+#include "platform/SystemError.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -12,10 +14,6 @@ namespace {
 
 constexpr mode_t kDefaultPermissions = 0666; // less what the user's mask takes away
 constexpr int kAttempts = 100;
-
-std::error_code SystemError(int number) {
-    return {number, std::generic_category()};
-}
 
 std::string HiddenNameBeside(const std::string& target) {
     std::random_device random;

@@ -48,7 +48,7 @@ TEST_F(CutCommands, TakeTimesInEveryFormAndEitherOrder) {
         {"90.25", "90"}, {"9.0e1", "01:30.2500"},
     };
     for (const auto& [start, end] : ranges) {
-        SCOPED_TRACE(start + " " + end);
+        SCOPED_TRACE(testing::Message() << start << " " << end);
         const CliResult result = RunCli({"extract", m_wav, start, end, m_output});
         EXPECT_EQ(result.status, 0) << result.err;
         EXPECT_EQ(result.out + result.err, "");

@@ -11,7 +11,7 @@
 
 namespace {
 
-const std::string kList = WavBuilder::Chunk("LIST", "INFOIART\x04\0\0\0us\0\0");
+const std::string kList = WavBuilder::Chunk("LIST", "INFOIART" + WavBuilder::Number(4, 2) + "us");
 
 // What must come out: the source's header with the two sizes, then these samples.
 std::string Expected(const WavBuilder& source, const std::string& samples) {
