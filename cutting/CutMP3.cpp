@@ -11,7 +11,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
-#include <memory>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -39,13 +39,16 @@ struct Written {
 class FrameWalk {
 public:
     explicit FrameWalk(CMPAFile& file)
-        : m_file(file), m_frame(file.GetFrame(CMPAFile::First, nullptr, true, 0)) {}
+        : m_file(file), m_frame(file.FindFrame(CMPAFile::First, nullptr, 0)) {}
 
-    CMPAFrame* Current() const { return m_frame.get(); } // null at the end of the audio
+    // Null at the end of the audio, where it stays.
+    CMPAFrame* Current() { return m_frame ? &*m_frame : nullptr; }
 
     bool Step() {
-        m_frame.reset(m_file.GetFrame(CMPAFile::Next, m_frame.release(), true, 0));
-        return m_frame != nullptr;
+        if (m_frame) {
+            m_frame = m_file.FindFrame(CMPAFile::Next, &*m_frame, 0);
+        }
+        return m_frame.has_value();
     }
 
     void Skip(long long frames) {
@@ -70,7 +73,7 @@ public:
 
 private:
     CMPAFile& m_file;
-    std::unique_ptr<CMPAFrame> m_frame;
+    std::optional<CMPAFrame> m_frame;
 };
 
 // In single precision throughout, the product first: where a frame boundary falls is part of what a
@@ -174,8 +177,8 @@ bool UpdateVBRHeader(CVBRHeader& header, const Written& written) {
 }
 
 bool WriteAudio(CMPAFile& file, float start, float end, bool keep) {
-    const std::unique_ptr<CMPAFrame> first(file.GetFrame(CMPAFile::First, nullptr, true, 0));
-    if (first == nullptr) {
+    const std::optional<CMPAFrame> first = file.FindFrame(CMPAFile::First, nullptr, 0);
+    if (!first) {
         SetCutFailure("no frame found");
         return false;
     }

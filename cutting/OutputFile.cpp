@@ -42,7 +42,8 @@ OutputFile::OutputFile(const char* path, const char* source) : m_path(path) {
     }
     m_file = std::fopen(path, "wbe");
     if (m_file != nullptr) {
-        static_cast<void>(std::setvbuf(m_file, nullptr, _IOFBF, kBufferBytes));
+        m_buffer = std::make_unique_for_overwrite<char[]>(kBufferBytes);
+        static_cast<void>(std::setvbuf(m_file, m_buffer.get(), _IOFBF, kBufferBytes));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdio>
+#include <memory>
 #include <string>
 
 /// The file that a cut writes. Deleted again unless Close says that all of it is there.
@@ -22,6 +23,7 @@ public:
 
 private:
     std::string m_path;
+    std::unique_ptr<char[]> m_buffer; // the C library takes a larger one only when it is given one
     std::FILE* m_file = nullptr;
 };
 

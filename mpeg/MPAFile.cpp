@@ -52,15 +52,15 @@ void CMPAFile::CalcBytesPerSec() {
 }
 
 unsigned int CMPAFile::EstimateBitrateBps() {
-    std::unique_ptr<CMPAFrame> walked;
+    std::optional<CMPAFrame> walked;
     const CMPAFrame* frame = m_firstFrame.get();
     for (int i = 0; i < kQuietFrames && frame->GetHeader()->GetBitrateBps() <= kQuietBitrateBps;
          ++i) {
         walked = FindFrame(Next, frame, 0);
-        if (walked == nullptr) {
+        if (!walked) {
             return m_firstFrame->GetHeader()->GetBitrateBps();
         }
-        frame = walked.get();
+        frame = &*walked;
     }
     return frame->GetHeader()->GetBitrateBps();
 }
@@ -70,15 +70,15 @@ CMPAFrame* CMPAFile::GetFrame(GetType type, CMPAFrame* frame, bool deleteOldFram
     if (type > Resync || (frame == nullptr && (type == Next || type == Prev))) {
         return nullptr;
     }
-    std::unique_ptr<CMPAFrame> found = FindFrame(type, frame, offset);
+    const std::optional<CMPAFrame> found = FindFrame(type, frame, offset);
     if (deleteOldFrame) {
         delete frame;
     }
-    return found.release();
+    return found ? new CMPAFrame(*found) : nullptr;
 }
 
-std::unique_ptr<CMPAFrame> CMPAFile::FindFrame(GetType type, const CMPAFrame* frame,
-                                               long long offset) {
+std::optional<CMPAFrame> CMPAFile::FindFrame(GetType type, const CMPAFrame* frame,
+                                             long long offset) {
     const CMPAHeader* compareHeader = m_firstFrame->GetHeader();
     switch (type) {
     case First:
@@ -99,9 +99,9 @@ std::unique_ptr<CMPAFrame> CMPAFile::FindFrame(GetType type, const CMPAFrame* fr
         break;
     }
     try {
-        return std::make_unique<CMPAFrame>(m_stream.get(), offset, true, type == Next,
-                                           type == Last || type == Prev, compareHeader);
+        return CMPAFrame(m_stream.get(), offset, true, type == Next, type == Last || type == Prev,
+                         compareHeader);
     } catch (const CMPAException&) {
-        return type == Next ? FindFrame(Resync, nullptr, offset) : nullptr;
+        return type == Next ? FindFrame(Resync, nullptr, offset) : std::nullopt;
     }
 }

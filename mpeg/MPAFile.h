@@ -3,6 +3,7 @@
 #include "mpeg/MPAFrame.h"
 
 #include <memory>
+#include <optional>
 
 class CMPAStream;
 class CTags;
@@ -41,6 +42,9 @@ public:
     /// but bad_alloc.
     CMPAFrame* GetFrame(GetType type, CMPAFrame* frame, bool deleteOldFrame, long long offset);
 
+    /// GetFrame for a walk over many frames: by value, and the frame passed in stays.
+    std::optional<CMPAFrame> FindFrame(GetType type, const CMPAFrame* frame, long long offset);
+
     unsigned int GetBytesPerSec() const { return m_bytesPerSec; }
     CMPAStream* GetStream() const { return m_stream.get(); }
     const CTags* GetTags() const { return m_tags.get(); }
@@ -48,7 +52,6 @@ public:
     CVBRHeader* GetVBRHeader() const { return m_vbrHeader.get(); } ///< null for none
 
 private:
-    std::unique_ptr<CMPAFrame> FindFrame(GetType type, const CMPAFrame* frame, long long offset);
     unsigned int EstimateBitrateBps();
 
     // Declared so that they go in the reverse of the order in which they were made.

@@ -24,7 +24,7 @@ CMPAFrame::CMPAFrame(CMPAStream* stream, long long offset, bool findSubsequent, 
                      bool reverse, const CMPAHeader* compareHeader)
     : m_stream(stream), m_offset(offset),
       m_header(stream, m_offset, exactOffset, reverse, compareHeader),
-      m_sizeBytes(FrameSizeBytes(m_header)), m_isLast(findSubsequent && FileEndsAfterThis()) {
+      m_sizeBytes(FrameSizeBytes(m_header)), m_findSubsequent(findSubsequent) {
 }
 
 bool CMPAFrame::FileEndsAfterThis() const {

@@ -11,8 +11,7 @@ class CMPAFrame {
 public:
     /// Searches a frame. Arguments and exceptions as for CMPAHeader, but for:
     /// @param offset          where the search starts, in bytes
-    /// @param findSubsequent  also look for the header that follows, to know whether this frame is
-    ///                        the last one; that there is none to be found is no failure
+    /// @param findSubsequent  whether IsLast looks for the header that follows
     CMPAFrame(CMPAStream* stream, long long offset, bool findSubsequent, bool exactOffset,
               bool reverse, const CMPAHeader* compareHeader);
 
@@ -32,7 +31,9 @@ public:
     CMPAStream* GetStream() const { return m_stream; }
     long long GetOffset() const { return m_offset; }     ///< of the header's first byte
     unsigned int GetSize() const { return m_sizeBytes; } ///< bytes, header included
-    bool IsLast() const { return m_isLast; } ///< the file ends where the next header would be
+    /// Whether the file ends where the next header would be; anything else there is no end. Looks
+    /// only when asked, for a walk over all frames gets to see the next one anyway.
+    bool IsLast() const { return m_findSubsequent && FileEndsAfterThis(); }
 
 private:
     bool FileEndsAfterThis() const;
@@ -41,5 +42,5 @@ private:
     long long m_offset;
     CMPAHeader m_header; // constructing it moves m_offset to where it was found
     unsigned int m_sizeBytes;
-    bool m_isLast;
+    bool m_findSubsequent;
 };
