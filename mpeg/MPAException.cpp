@@ -35,16 +35,18 @@ CMPAException::~CMPAException() = default;
 
 const char* CMPAException::GetErrorDescription() {
     const int lastError = errno;
+    std::string text;
     if (!m_functionName.empty()) {
-        AppendToDescription(m_functionName + ": ");
+        text += m_functionName + ": ";
     }
     if (!m_fileName.empty()) {
-        AppendToDescription("'" + m_fileName + "'\n");
+        text += "'" + m_fileName + "'\n";
     }
-    AppendToDescription(m_szErrors[m_id]);
+    text += m_szErrors[m_id];
     if (m_showErrno) {
-        AppendToDescription(": " + std::to_string(lastError));
+        text += ": " + std::to_string(lastError);
     }
+    AppendToDescription(text); // at once, so that nothing follows where it is cut
     return m_description.data();
 }
 
