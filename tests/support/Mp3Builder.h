@@ -29,6 +29,7 @@ struct FrameFormat {
     /// that this version and layer do not have.
     std::string Header() const;
     unsigned int SizeBytes() const; ///< of the whole frame, ISO/IEC 11172-3, 2.4.3.1
+    bool operator==(const FrameFormat&) const = default;
 };
 
 /// The fields of a VBRI header.

@@ -1,0 +1,86 @@
+#include "mpeg/MPAFileStream.h"
+
+#include "tests/mpeg/MemoryStream.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <random>
+#include <sys/stat.h>
+
+namespace {
+
+std::string Read(const CMPAStream& stream, long long offset, unsigned int size, bool reverse) {
+    return {reinterpret_cast<const char*>(stream.ReadBytes(size, offset, false, reverse)), size};
+}
+
+TEST(CMPAFileStream, ReadsAnyRangeInAnyOrderAndNoByteBeyondTheFile) {
+    const TemporaryFolder folder;
+    std::mt19937 random(1); // NOLINT(bugprone-random-generator-seed): the same reads in every run
+    for (const unsigned int fileSize : {0U, 1U, 100U, 600U, 1024U, 1025U, 400'000U}) {
+        std::string bytes(fileSize, '\0');
+        std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<char>(random()); });
+        const CMPAFileStream stream(folder.Write("bytes", bytes).c_str());
+        EXPECT_EQ(stream.GetSize(), fileSize);
+        for (int i = 0; i < 1000; ++i) {
+            const auto offset = static_cast<long long>(random() % (fileSize + 200)) - 100;
+            const auto size =
+                static_cast<unsigned int>(1 + random() % (i % 50 == 0 ? fileSize + 1 : 140));
+            const bool reverse = random() % 2 != 0;
+            SCOPED_TRACE(testing::Message() << size << " at " << offset << " of " << fileSize);
+            if (offset >= 0 && offset + size <= fileSize) {
+                ASSERT_EQ(Read(stream, offset, size, reverse),
+                          bytes.substr(static_cast<std::size_t>(offset), size));
+            } else {
+                ASSERT_THROW(Read(stream, offset, size, reverse), CMPAException);
+            }
+        }
+        EXPECT_THROW(Read(stream, 0, 0xFFFFFFFF, true), CMPAException);
+        EXPECT_THROW(Read(stream, LLONG_MAX, 0xFFFFFFFF, false), CMPAException);
+    }
+}
+
+TEST(CMPAFileStream, OpensRegularFilesOnly) {
+    const TemporaryFolder folder;
+    ASSERT_EQ(mkfifo(folder.Path("fifo").c_str(), 0600), 0);
+    for (const char* name : {"missing", "", "fifo"}) {
+        EXPECT_EQ(ErrorOf([&] { CMPAFileStream stream(folder.Path(name).c_str()); }),
+                  CMPAException::CantOpenFile)
+            << name;
+    }
+}
+
+TEST(CMPAFileStream, BytesThatAFileLosesWhileItIsReadAreBeyondItsEnd) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("bytes", std::string(2'000'000, 'x'));
+    const CMPAFileStream stream(path.c_str());
+    EXPECT_EQ(Read(stream, 1'000'000, 4, false), "xxxx");
+    std::filesystem::resize_file(path, 100);
+    EXPECT_THROW(Read(stream, 1'900'000, 4, false), CMPAEndOfFileException);
+    EXPECT_EQ(Read(stream, 50, 3, false), "xxx");
+}
+
+TEST(CMPAException, DescribesOperationFileMessageAndErrno) {
+    CMPAException exception(CMPAException::CantOpenFile, "/a b.mp3", "CreateFile", true);
+    const std::string expected = "CreateFile: '/a b.mp3'\nCan't open the file.: 2";
+    errno = ENOENT;
+    EXPECT_EQ(exception.GetErrorDescription(), expected);
+    EXPECT_EQ(CMPAException(exception).GetErrorDescription(), expected);
+}
+
+TEST(CMPAException, CutsALongDescriptionAtAWholeCharacter) {
+    for (std::size_t asciiBytes = 220; asciiBytes < 260; ++asciiBytes) {
+        const std::string path = std::string(asciiBytes, 'a') + "録音録音";
+        const std::string whole = "'" + path + "'\nHeader corrupt";
+        CMPAException exception(CMPAException::HeaderCorrupt, path.c_str(), nullptr, false);
+        const std::string text = exception.GetErrorDescription();
+        EXPECT_TRUE(whole.starts_with(text)) << text;
+        EXPECT_TRUE(text == whole || (text.size() > 252 && text.size() < 256)) << text;
+        EXPECT_TRUE(text == whole || (whole[text.size()] & 0xC0) != 0x80) << "half a character";
+    }
+}
+
+} // namespace

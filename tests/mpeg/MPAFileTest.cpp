@@ -1,0 +1,163 @@
+#include "mpeg/MPAFile.h"
+
+#include "mpeg/VBRHeader.h"
+#include "tests/mpeg/MemoryStream.h"
+#include "tests/support/Mp3Builder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <random>
+#include <sys/mman.h>
+
+namespace {
+
+using enum CMPAFile::GetType;
+using enum CMPAException::ErrorIDs;
+
+constexpr FrameFormat kOther = {2, 3, 64, 22050, 3};
+
+// Parses a file that lies in memory, for there are thousands of them.
+std::unique_ptr<CMPAFile> Parse(const std::string& bytes) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+        fdopen(memfd_create("in.mp3", 0), "wb"), std::fclose);
+    std::fwrite(bytes.data(), 1, bytes.size(), file.get());
+    std::fflush(file.get());
+    const std::string path = "/proc/self/fd/" + std::to_string(fileno(file.get()));
+    return std::make_unique<CMPAFile>(path.c_str());
+}
+
+std::vector<Extent> Walk(CMPAFile& file, CMPAFile::GetType first, CMPAFile::GetType next) {
+    std::vector<Extent> found;
+    CMPAFrame* frame = file.GetFrame(first, nullptr, true, 0);
+    while (frame != nullptr) {
+        ErrorOf([&] { return frame->CheckCRC(); });
+        found.push_back({frame->GetOffset(), frame->GetSize()});
+        frame = file.GetFrame(next, frame, true, 0);
+    }
+    return found;
+}
+
+TEST(CMPAFile, WalksOverTheFramesFromEitherEnd) {
+    const Mp3Builder files[] = {
+        Mp3Builder().Frames(1),
+        Mp3Builder().Id3v2(1000).Xing(15, 12).Frames(12).Ape(40).Id3v1(),
+        Mp3Builder().Frames(3).Format({.bitrateKbps = 320, .isPadded = true}).Frames(200),
+        Mp3Builder().Format({.layer = 1, .isPadded = true}).Frames(9).Lyrics3v2(30),
+        Mp3Builder().Garbage(100).Frames(2).Garbage(500).Frames(2).Garbage(3).Frames(2),
+        Mp3Builder().Frames(2).Truncate(2).Frames(3), // the next header comes early
+    };
+    for (const Mp3Builder& file : files) {
+        SCOPED_TRACE(&file - files);
+        std::vector<Extent> expected = file.FrameExtents();
+        EXPECT_EQ(Walk(*Parse(file.Bytes()), First, Next), expected);
+        std::reverse(expected.begin(), expected.end());
+        EXPECT_EQ(Walk(*Parse(file.Bytes()), Last, Prev), expected);
+    }
+    // Forwards also into another stream and onto a frame cut short.
+    const Mp3Builder file = Mp3Builder().Frames(3).Garbage(7).Format(kOther).Frames(3).Truncate(50);
+    EXPECT_EQ(Walk(*Parse(file.Bytes()), First, Next), file.FrameExtents());
+}
+
+TEST(CMPAFrame, ChecksTheCRCOfALayerIFrameOverItsBitAllocation) {
+    const auto crcOf = [](std::string bytes, unsigned int bitCount) {
+        return CMPAFrame::CalcCRC16(reinterpret_cast<unsigned char*>(bytes.data()), bitCount);
+    };
+    EXPECT_EQ(crcOf("..12..3456789", 104), 0xAEE7); // published, over "123456789"
+    const struct {
+        unsigned int channelMode, modeExtension, allocationBits; // ISO/IEC 11172-3, 2.4.1.5
+    } cases[] = {{0, 0, 256}, {2, 3, 256}, {3, 0, 128}, {1, 0, 144}, {1, 3, 192}};
+    for (const auto& [mode, extension, bits] : cases) {
+        Mp3Builder file;
+        file.Format({3, 1, 128, 44100, mode, extension, 0, false, true}).Frames(1);
+        file.Patch(4, BigEndian(crcOf(file.Bytes(), 48 + bits), 2));
+        for (const unsigned int damaged : {5 + bits / 8, 6 + bits / 8}) {
+            MemoryStream stream(Mp3Builder(file).Patch(damaged, "?").Bytes());
+            const CMPAFrame frame(&stream, 0, true, true, false, nullptr);
+            EXPECT_EQ(frame.CheckCRC(), damaged == 6 + bits / 8);
+        }
+    }
+}
+
+TEST(CMPAFile, GetFrameIsNullWhereThereIsNone) {
+    const auto file = Parse(Mp3Builder().Frames(3).Id3v1().Bytes());
+    for (const auto type : {Next, Prev, static_cast<CMPAFile::GetType>(5)}) {
+        EXPECT_EQ(file->GetFrame(type, nullptr, true, 0), nullptr);
+    }
+    for (const long long offset : {-1, 1'000'000}) {
+        EXPECT_EQ(file->GetFrame(Resync, nullptr, true, offset), nullptr);
+    }
+}
+
+TEST(CMPAFile, RefusesFilesWithoutAFrame) {
+    const auto errorOf = [](const Mp3Builder& file) {
+        return ErrorOf([&] { Parse(file.Bytes()); });
+    };
+    EXPECT_EQ(errorOf(Mp3Builder().Id3v2(9).Garbage(32769).Frames(1)), NoFrameWithinTolerance);
+    EXPECT_EQ(errorOf(Mp3Builder().Id3v2(9).Garbage(32768).Frames(1)), std::nullopt);
+    EXPECT_EQ(errorOf(Mp3Builder().Id3v2(1000).Garbage(500)), NoFrameBeforeEOF);
+    for (const unsigned int size : {0U, 1U, 4U, 100U}) {
+        EXPECT_TRUE(errorOf(Mp3Builder().Frames(1).Truncate(417 - size))) << size;
+    }
+    EXPECT_EQ(ErrorOf([] { CMPAFile("/"); }), CantOpenFile);
+}
+
+TEST(CMPAFile, AverageRateComesFromTheVBRHeaderOrATypicalFrame) {
+    const auto vbr =
+        Parse(Mp3Builder().Id3v2(5).Xing(1, 1000).Garbage(2'000'000 - 417).Id3v1().Bytes());
+    EXPECT_EQ(vbr->GetBytesPerSec(), 2'000'000U / 26);
+    EXPECT_EQ(vbr->GetVBRHeader()->GetByteCount(), 2'000'000U);
+    for (const unsigned int silentFrames : {5U, 26U, 27U, 28U}) {
+        Mp3Builder file;
+        file.Format({.bitrateKbps = 32}).Frames(silentFrames).Format({}).Frames(1);
+        EXPECT_EQ(Parse(file.Bytes())->GetBytesPerSec(), silentFrames < 28 ? 16'000U : 4'000U);
+    }
+}
+
+// Damages a few places near the begin or the end of a tag or of the first frame.
+std::string Mutated(Mp3Builder file, std::mt19937& random) {
+    const auto below = [&](auto limit) { return static_cast<unsigned int>(random() % limit); };
+    std::vector<Extent> pieces = file.TagExtents();
+    pieces.push_back(file.FrameExtents().front());
+    for (unsigned int i = below(4U); i < 4; ++i) {
+        const Extent& piece = pieces[below(pieces.size())];
+        const long long distance = below(std::min(piece.size, 32U));
+        const char bytes[] = {'\0', '\xFF', '\x7F', '\x80', static_cast<char>(random())};
+        file.Patch(below(2U) == 0 ? piece.offset + distance : piece.End() - 1 - distance,
+                   std::string(1 + below(4U), bytes[below(5U)]));
+    }
+    file.Raw(below(4U) == 0 ? file.BytesOf(pieces[below(pieces.size())]) : "");
+    return file.Truncate(below(4U) == 0 ? below(file.Bytes().size()) : 0).Bytes();
+}
+
+TEST(CMPAFile, AnyBytesEndInAResultOrAnException) {
+    const Mp3Builder files[] = {
+        Mp3Builder().Id3v2(30).Xing(15, 400, 9).Lame("LAME3.99r", 3, 4, 5).Frames(3).Id3v1(),
+        Mp3Builder().Ape(9).Vbri({.frameCount = 400, .entries = {1, 2, 3}}).Frames(2).Id3v1(),
+        Mp3Builder().Format({.layer = 1, .channelMode = 1, .isProtected = true}).Frames(4),
+        Mp3Builder().Id3v2(0, true).Frames(2).Lyrics3v1(20).Lyrics3v2(9).Id3v2(9, true).Ape(3),
+        Mp3Builder().Frames(2).MusicMatch(30, 7936, true).Id3v1(),
+    };
+    std::mt19937 random(20); // NOLINT(bugprone-random-generator-seed): the same files in every run
+    int refused = 0;
+    for (int i = 0; i < 4000; ++i) {
+        SCOPED_TRACE(i);
+        const auto parseAndUse = [&] {
+            const auto file = Parse(Mutated(files[i % 5], random));
+            float percent = 30;
+            unsigned int position = 0;
+            if (file->GetVBRHeader() != nullptr) {
+                file->GetVBRHeader()->SeekPosition(percent, position);
+            }
+            Walk(*file, Last, Prev);
+            Walk(*file, First, Next);
+        };
+        refused += ErrorOf(parseAndUse) ? 1 : 0;
+    }
+    EXPECT_GT(refused, 200) << "too little damage shows nothing";
+    EXPECT_LT(refused, 3000) << "too much damage shows nothing";
+}
+
+} // namespace
