@@ -227,8 +227,8 @@ void PutSeekTable(std::vector<unsigned char>& bytes, const CVBRHeader& header) {
 }
 
 bool WriteAt(std::FILE* output, long long offset, const std::vector<unsigned char>& bytes) {
-    return fseeko(output, offset, SEEK_SET) == 0 &&
-           std::fwrite(bytes.data(), 1, bytes.size(), output) == bytes.size();
+    return bytes.empty() || (fseeko(output, offset, SEEK_SET) == 0 &&
+                             std::fwrite(bytes.data(), 1, bytes.size(), output) == bytes.size());
 }
 
 } // namespace
