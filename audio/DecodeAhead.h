@@ -1,0 +1,73 @@
+#pragma once
+
+#include "audio/BlockDecoder.h"
+#include "audio/Decoder.h"
+#include "audio/Mp3File.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+/// Decodes MPEG audio ahead of the reader on several threads, a block each at a time.
+///
+/// The threads start with the first Read and end with the object. No more than two blocks beyond
+/// one per thread are kept.
+class DecodeAhead : public Decoder {
+public:
+    /// @param threads  at least 1
+    DecodeAhead(const Mp3File& mp3, unsigned threads);
+    ~DecodeAhead() override;
+    DecodeAhead(const DecodeAhead&) = delete;
+    DecodeAhead& operator=(const DecodeAhead&) = delete;
+
+    const AudioFormat& Format() const override { return m_format; }
+    void Seek(std::int64_t sampleFrame) override;
+    std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) override;
+    std::vector<std::int64_t> SeekInfo() const override { return m_mp3.SeekInfo(); }
+
+private:
+    using Samples = std::unique_ptr<std::int16_t[]>;
+    struct DecodedBlock {
+        std::int64_t block;
+        Samples samples;
+    };
+
+    void Allocate();
+    void StartThreads();
+    void AwaitBlock(std::int64_t block);
+    void Work(BlockDecoder& decoder);
+    bool HasWork() const;
+    Samples TakeFree();
+    Samples TakeReady(std::int64_t block);
+    bool DecodeBlock(BlockDecoder& decoder, std::int64_t block, unsigned round,
+                     std::int16_t* samples) const;
+
+    // reader's thread
+    Mp3File m_mp3;
+    AudioFormat m_format;
+    const std::size_t m_threadLimit;
+    const std::int64_t m_windowBlocks; // how many are kept or in work, from the one being read on
+    std::vector<std::unique_ptr<BlockDecoder>> m_decoders; // one per thread
+    std::vector<std::thread> m_threads;
+    std::int64_t m_position = 0; // in sample frames
+    std::int64_t m_block = -1;   // the block being read; -1 for none
+    Samples m_samples;           // its samples
+
+    // shared: under the mutex
+    std::mutex m_mutex;
+    std::condition_variable m_finished; // a block was decoded
+    std::condition_variable m_wanted;   // a block may be decoded, or the threads are to end
+    std::vector<DecodedBlock> m_ready;
+    std::vector<Samples> m_free;
+    std::int64_t m_readBlock = 0; // the block that the reader reads or waits for
+    std::int64_t m_nextBlock = 0; // the block to be begun next
+    bool m_quit = false;
+
+    // shared: atomic, written under the mutex too. Counts the seeks: a thread gives up its block
+    // once this has changed since it began.
+    std::atomic<unsigned> m_round{0};
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+/// What a decoder delivers: 16-bit signed samples, interleaved. A sample frame is one sample per
+/// channel.
+struct AudioFormat {
+    std::uint32_t rateHz = 0;
+    std::uint32_t channels = 0;
+    std::int64_t sampleFrames = 0; ///< length of the whole, exact
+
+    std::uint32_t SampleFrameBytes() const {
+        return channels * static_cast<std::uint32_t>(sizeof(std::int16_t));
+    }
+};
+
+/// Delivers the samples of one file from any place on. The samples of a place are always the same.
+///
+/// One thread at a time.
+class Decoder {
+public:
+    virtual ~Decoder() = default;
+
+    virtual const AudioFormat& Format() const = 0;
+
+    /// The next Read begins here.
+    /// @param sampleFrame  0 to the length inclusive
+    virtual void Seek(std::int64_t sampleFrame) = 0;
+
+    /// The next samples, valid until the next call.
+    /// @param maxSampleFrames  at least 1; there may be fewer, without this being the end
+    /// @return whole sample frames; empty only at the end
+    virtual std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) = 0;
+
+    /// What the decoder knows of the places in the file and the file's state; empty for a format
+    /// that needs no such knowledge.
+    virtual std::vector<std::int64_t> SeekInfo() const { return {}; }
+};

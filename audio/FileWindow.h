@@ -1,0 +1,36 @@
+#pragma once
+
+#include "audio/File.h"
+
+#include <cstdint>
+#include <memory>
+
+/// A file seen through a large buffer, for a reader that moves mostly forwards in small steps.
+///
+/// One thread at a time.
+class FileWindow {
+public:
+    static constexpr std::size_t kCapacityBytes = std::size_t{256} * 1024;
+
+    explicit FileWindow(std::shared_ptr<const File> file);
+
+    /// The bytes [offset, offset + count), which stay valid until the next call.
+    /// @param count  at most 16 KiB
+    /// @return null where the file does not hold all of them
+    const std::uint8_t* Bytes(std::int64_t offset, std::size_t count) {
+        if (offset >= m_begin && offset + static_cast<std::int64_t>(count) <= m_end) {
+            return m_buffer.get() + (offset - m_begin);
+        }
+        return Refill(offset, count);
+    }
+
+    const File& Source() const { return *m_file; }
+
+private:
+    const std::uint8_t* Refill(std::int64_t offset, std::size_t count);
+
+    std::shared_ptr<const File> m_file;
+    std::unique_ptr<std::uint8_t[]> m_buffer;
+    std::int64_t m_begin = 0; // offset in the file of the buffer's first byte
+    std::int64_t m_end = 0;   // and of the byte after its last
+};

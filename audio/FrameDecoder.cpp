@@ -1,0 +1,73 @@
+#include "audio/FrameDecoder.h"
+
+#include <mpg123.h>
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+namespace {
+
+/// Sets the handle up so that it does nothing but decode, to 16 bits at the stream's own rate.
+bool Configure(mpg123_handle* handle, const FrameHeader& first) {
+    constexpr long kAdded = MPG123_QUIET | MPG123_NO_READAHEAD | MPG123_IGNORE_INFOFRAME |
+                            MPG123_IGNORE_STREAMLENGTH | MPG123_SKIP_ID3V2;
+    constexpr long kRemoved = MPG123_GAPLESS | MPG123_AUTO_RESAMPLE;
+    return mpg123_param(handle, MPG123_ADD_FLAGS, kAdded, 0) == MPG123_OK &&
+           mpg123_param(handle, MPG123_REMOVE_FLAGS, kRemoved, 0) == MPG123_OK &&
+           mpg123_param(handle, MPG123_RVA, MPG123_RVA_OFF, 0) == MPG123_OK &&
+           mpg123_format_none(handle) == MPG123_OK &&
+           mpg123_format(handle, static_cast<long>(first.rateHz),
+                         first.channels == 1 ? MPG123_MONO : MPG123_STEREO,
+                         MPG123_ENC_SIGNED_16) == MPG123_OK;
+}
+
+} // namespace
+
+void FrameDecoder::Deleter::operator()(mpg123_handle_struct* handle) const {
+    mpg123_delete(handle);
+}
+
+FrameDecoder::FrameDecoder(const FrameHeader& first)
+    : m_samplesPerFrame(std::size_t{first.sampleFrames} * first.channels) {
+    // Does its work once; since libmpg123 1.30 it has none.
+    static const int initialised = mpg123_init();
+    if (initialised == MPG123_OK) {
+        m_handle.reset(mpg123_new(nullptr, nullptr));
+    }
+    if (!m_handle || !Configure(m_handle.get(), first)) {
+        throw std::bad_alloc();
+    }
+    Clear();
+}
+
+void FrameDecoder::Clear() {
+    mpg123_open_feed(m_handle.get());
+}
+
+void FrameDecoder::Decode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples) {
+    if (frame == nullptr || !TryDecode(frame, bytes, samples)) {
+        std::fill_n(samples, m_samplesPerFrame, std::int16_t{0});
+        // What libmpg123 may have kept of this frame must not be taken for a part of the next one.
+        Clear();
+    }
+}
+
+bool FrameDecoder::TryDecode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples) {
+    if (mpg123_feed(m_handle.get(), frame, bytes) != MPG123_OK) {
+        return false;
+    }
+    off_t number = 0;
+    unsigned char* audio = nullptr;
+    std::size_t audioBytes = 0;
+    int result = MPG123_NEW_FORMAT;
+    // The format is reported once before the first frame is decoded, and where it changes.
+    for (int attempt = 0; attempt < 3 && result == MPG123_NEW_FORMAT; ++attempt) {
+        result = mpg123_decode_frame(m_handle.get(), &number, &audio, &audioBytes);
+    }
+    if (result != MPG123_OK || audioBytes != m_samplesPerFrame * sizeof(std::int16_t)) {
+        return false;
+    }
+    std::memcpy(samples, audio, audioBytes);
+    return true;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "audio/FrameHeader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+struct mpg123_handle_struct;
+
+/// Decodes MPEG audio frames one by one with libmpg123.
+///
+/// Every frame handed in gives exactly its number of sample frames: libmpg123 sees nothing but
+/// whole frames of one stream, and so never searches, skips or trims. One thread at a time.
+class FrameDecoder {
+public:
+    /// @param first  the stream's first header: sampling rate and channels of all that is decoded
+    /// @throws std::bad_alloc
+    explicit FrameDecoder(const FrameHeader& first);
+
+    /// Forgets all earlier frames.
+    void Clear();
+
+    /// Decodes the next frame; frames with another channel count are converted.
+    /// @param frame    null for a frame that could not be read
+    /// @param samples  sampleFrames x channels of the stream's first header; silence when the frame
+    ///                 cannot be decoded
+    void Decode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples);
+
+    std::size_t SamplesPerFrame() const { return m_samplesPerFrame; }
+
+private:
+    struct Deleter {
+        void operator()(mpg123_handle_struct* handle) const;
+    };
+
+    bool TryDecode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples);
+
+    std::unique_ptr<mpg123_handle_struct, Deleter> m_handle;
+    std::size_t m_samplesPerFrame;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+/// What decoding has to know of an MPEG audio frame's four header bytes (ISO/IEC 11172-3, 13818-3
+/// and the 2.5 extension).
+///
+/// Refuses what the cutters' parser refuses too, free format included, so that what can be heard
+/// can be cut.
+struct FrameHeader {
+    static constexpr std::size_t kBytes = 4;
+
+    /// @param bytes  kBytes of them
+    static std::optional<FrameHeader> Parse(const std::uint8_t* bytes);
+
+    /// True when both have the same version, layer and sampling rate: the frames then last equally
+    /// long and can be decoded one after the other.
+    bool SameStream(const FrameHeader& other) const { return streamBits == other.streamBits; }
+
+    /// Layer III: how much of the bit reservoir this frame fills; 0 for the other layers.
+    std::uint32_t MainDataBytes() const;
+
+    std::uint32_t streamBits = 0; ///< the header bits of version, layer and sampling rate
+    bool lowSamplingRate = false; ///< MPEG 2 or 2.5
+    int layer = 0;                ///< 1 to 3
+    bool crc = false;             ///< a 16-bit check word follows the header
+    std::uint32_t channels = 0;
+    std::uint32_t rateHz = 0;
+    std::uint32_t sampleFrames = 0;  ///< that the frame decodes to
+    std::uint32_t sizeBytes = 0;     ///< of the whole frame
+    std::uint32_t sideInfoBytes = 0; ///< that a Layer III frame of this kind has
+};

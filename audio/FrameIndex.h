@@ -1,0 +1,40 @@
+#pragma once
+
+#include "audio/MpegStream.h"
+
+#include <cstdint>
+#include <vector>
+
+/// Where to begin decoding for any place of an MPEG stream.
+///
+/// The frames are grouped in blocks, and decoding always begins at the beginning of a block, from a
+/// cleared decoder that is first led through the frames before it on which the block depends. What
+/// a block decodes to is therefore the same whoever decodes it, whatever he decoded before, even
+/// where frames are damaged. Immutable once built.
+class FrameIndex {
+public:
+    /// A multiple of eight frames: the synthesis filterbank's buffer then stands as it does in an
+    /// uninterrupted decode, so that even the roundings are the same.
+    static constexpr std::int64_t kBlockFrames = 512;
+
+    struct Block {
+        std::int64_t offsetBytes;   ///< of the first frame to lead the decoder through
+        std::int64_t prerollFrames; ///< how many of those come before the block's own
+    };
+
+    /// Reads the stream's frame headers once from beginning to end.
+    static FrameIndex Build(FileWindow& window, const MpegStream& stream);
+
+    const MpegStream& Stream() const { return m_stream; }
+    std::int64_t FrameCount() const { return m_frameCount; }
+    const std::vector<Block>& Blocks() const { return m_blocks; }
+    /// How many frames a block holds; the last one may hold fewer.
+    std::int64_t FramesOfBlock(std::int64_t block) const;
+
+private:
+    explicit FrameIndex(const MpegStream& stream) : m_stream(stream) {}
+
+    MpegStream m_stream;
+    std::int64_t m_frameCount = 0;
+    std::vector<Block> m_blocks;
+};

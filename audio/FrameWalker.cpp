@@ -1,0 +1,73 @@
+#include "audio/FrameWalker.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::int64_t kToleranceBytes = 3;
+
+} // namespace
+
+FrameWalker::FrameWalker(FileWindow& window, const MpegStream& stream)
+    : m_window(window), m_stream(stream), m_next(stream.beginBytes) {
+}
+
+void FrameWalker::MoveTo(std::int64_t offset) {
+    m_next = offset;
+}
+
+bool FrameWalker::Next() {
+    const std::int64_t expected = m_next;
+    if (Take(expected)) {
+        return true;
+    }
+    // A frame that stands at its place but is cut short is the stream's end: nothing in it is a
+    // frame of its own.
+    if (!HeaderAt(m_window, m_stream, expected) && (TakeNear(expected) || Search(expected))) {
+        return true;
+    }
+    m_next = m_stream.endBytes;
+    return false;
+}
+
+/// Makes the frame at the offset the current one, if a whole one lies there.
+bool FrameWalker::Take(std::int64_t offset) {
+    const auto header = HeaderAt(m_window, m_stream, offset);
+    if (!header || header->sizeBytes > m_stream.endBytes - offset) {
+        return false;
+    }
+    m_offset = offset;
+    m_header = *header;
+    m_next = offset + header->sizeBytes;
+    return true;
+}
+
+bool FrameWalker::TakeNear(std::int64_t expected) {
+    for (std::int64_t distance = 1; distance <= kToleranceBytes; ++distance) {
+        if (Take(expected + distance) || Take(expected - distance)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Takes the first frame ahead, but rather one that is followed by another and begins inside it:
+/// the first was then bytes that only look like a header.
+bool FrameWalker::Search(std::int64_t expected) {
+    const std::int64_t begin = expected + kToleranceBytes + 1;
+    std::int64_t limit = std::min(expected + MpegStream::kSearchBytes, m_stream.endBytes);
+    std::int64_t unconfirmed = -1;
+    for (std::int64_t offset = begin; offset <= limit; ++offset) {
+        if (!Take(offset)) {
+            continue;
+        }
+        if (IsFollowed(m_window, m_stream, offset, m_header)) {
+            return true;
+        }
+        if (unconfirmed < 0) {
+            unconfirmed = offset;
+            limit = std::min(limit, m_next - 1);
+        }
+    }
+    return unconfirmed >= 0 && Take(unconfirmed);
+}

@@ -1,0 +1,79 @@
+#include "audio/WavDecoder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace {
+
+constexpr std::int64_t kBufferSampleFrames = 4096;
+
+std::int16_t FromFloat(float sample) {
+    const float scaled = sample * 32768.0F;
+    if (!(scaled > -32768.0F)) {
+        return std::isnan(scaled) ? std::int16_t{0} : std::int16_t{-32768};
+    }
+    return static_cast<std::int16_t>(std::lrint(std::min(scaled, 32767.0F)));
+}
+
+bool IsFloat(int format) {
+    const int subtype = format & SF_FORMAT_SUBMASK;
+    return subtype == SF_FORMAT_FLOAT || subtype == SF_FORMAT_DOUBLE;
+}
+
+bool IsWav(int format) {
+    const int type = format & SF_FORMAT_TYPEMASK;
+    return type == SF_FORMAT_WAV || type == SF_FORMAT_WAVEX;
+}
+
+} // namespace
+
+void WavDecoder::Deleter::operator()(SNDFILE* handle) const {
+    sf_close(handle);
+}
+
+std::unique_ptr<WavDecoder> WavDecoder::Open(std::shared_ptr<const File> file) {
+    SF_INFO info{};
+    Handle handle(sf_open_fd(file->Descriptor(), SFM_READ, &info, SF_FALSE));
+    if (!handle || !IsWav(info.format) || info.channels < 1 || info.samplerate < 1 ||
+        info.frames < 0) {
+        return nullptr;
+    }
+    const AudioFormat format{static_cast<std::uint32_t>(info.samplerate),
+                             static_cast<std::uint32_t>(info.channels), info.frames};
+    return std::unique_ptr<WavDecoder>(
+        new WavDecoder(std::move(file), std::move(handle), format, IsFloat(info.format)));
+}
+
+WavDecoder::WavDecoder(std::shared_ptr<const File> file, Handle handle, const AudioFormat& format,
+                       bool isFloat)
+    : m_file(std::move(file)), m_handle(std::move(handle)), m_format(format),
+      m_samples(static_cast<std::size_t>(kBufferSampleFrames * format.channels)),
+      m_floats(isFloat ? m_samples.size() : 0) {
+}
+
+void WavDecoder::Seek(std::int64_t sampleFrame) {
+    m_position = sampleFrame;
+    sf_seek(m_handle.get(), sampleFrame, SEEK_SET);
+}
+
+std::span<const std::int16_t> WavDecoder::Read(std::int64_t maxSampleFrames) {
+    const std::int64_t count =
+        std::min({maxSampleFrames, kBufferSampleFrames, m_format.sampleFrames - m_position});
+    const std::int64_t read = std::clamp(ReadInto(count), std::int64_t{0}, count);
+    // What the file no longer holds is silent; the length stays what it was.
+    std::fill(m_samples.begin() + read * m_format.channels,
+              m_samples.begin() + count * m_format.channels, std::int16_t{0});
+    m_position += count;
+    return std::span(m_samples).first(static_cast<std::size_t>(count * m_format.channels));
+}
+
+std::int64_t WavDecoder::ReadInto(std::int64_t sampleFrames) {
+    if (m_floats.empty()) {
+        return sf_readf_short(m_handle.get(), m_samples.data(), sampleFrames);
+    }
+    const std::int64_t read = sf_readf_float(m_handle.get(), m_floats.data(), sampleFrames);
+    std::transform(m_floats.begin(), m_floats.begin() + read * m_format.channels, m_samples.begin(),
+                   FromFloat);
+    return read;
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "audio/Decoder.h"
+#include "audio/File.h"
+
+#include <sndfile.h>
+
+#include <memory>
+#include <vector>
+
+/// Decodes WAV files with libsndfile. Integers keep their upper 16 bits; floating point is scaled
+/// by 32768, rounded and clipped.
+class WavDecoder : public Decoder {
+public:
+    /// @return null when the file is no WAV that libsndfile reads
+    static std::unique_ptr<WavDecoder> Open(std::shared_ptr<const File> file);
+
+    const AudioFormat& Format() const override { return m_format; }
+    void Seek(std::int64_t sampleFrame) override;
+    std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) override;
+
+private:
+    struct Deleter {
+        void operator()(SNDFILE* handle) const;
+    };
+    using Handle = std::unique_ptr<SNDFILE, Deleter>;
+
+    WavDecoder(std::shared_ptr<const File> file, Handle handle, const AudioFormat& format,
+               bool isFloat);
+    std::int64_t ReadInto(std::int64_t sampleFrames);
+
+    std::shared_ptr<const File> m_file; // which the handle reads
+    Handle m_handle;
+    AudioFormat m_format;
+    std::int64_t m_position = 0; // in sample frames
+    std::vector<std::int16_t> m_samples;
+    std::vector<float> m_floats; // empty for integer formats
+};
