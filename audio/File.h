@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/RegularFile.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -22,10 +24,6 @@ public:
     ///         device fails at once
     static std::shared_ptr<const File> Open(const char* path);
 
-    ~File();
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-
     /// As it was when the file was opened.
     const FileState& State() const { return m_state; }
     /// As it is now; all zero when that cannot be told.
@@ -35,11 +33,11 @@ public:
     std::size_t ReadAt(std::int64_t offset, void* to, std::size_t bytes) const;
 
     /// The descriptor, which stays this object's; its own file offset is at the user's disposal.
-    int Descriptor() const { return m_descriptor; }
+    int Descriptor() const;
 
 private:
-    explicit File(int descriptor);
+    explicit File(FilePointer file);
 
-    int m_descriptor;
+    FilePointer m_file;
     FileState m_state;
 };

@@ -103,7 +103,8 @@ std::optional<FrameHeader> HeaderAt(FileWindow& window, const MpegStream& stream
 bool IsFollowed(FileWindow& window, const MpegStream& stream, std::int64_t offset,
                 const FrameHeader& header) {
     const std::int64_t next = offset + header.sizeBytes;
-    return next == stream.endBytes || HeaderAt(window, stream, next);
+    const auto headerBytes = static_cast<std::int64_t>(FrameHeader::kBytes);
+    return stream.endBytes - next < headerBytes || HeaderAt(window, stream, next);
 }
 
 std::optional<MpegStream> FindMpegStream(FileWindow& window) {

@@ -26,6 +26,7 @@ std::optional<MpegStream> FindMpegStream(FileWindow& window);
 std::optional<FrameHeader> HeaderAt(FileWindow& window, const MpegStream& stream,
                                     std::int64_t offset);
 
-/// True when the frame is followed at once by another header of the stream, or by the stream's end.
+/// True when the frame is followed at once by another header of the stream, or by the stream's end
+/// (less than a header may be left of a file that was cut short).
 bool IsFollowed(FileWindow& window, const MpegStream& stream, std::int64_t offset,
                 const FrameHeader& header);

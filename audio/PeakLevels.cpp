@@ -1,42 +1,53 @@
 #include "audio/PeakLevels.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
+#include <cstring>
 
 namespace {
 
-// Wide enough for the compiler to keep whole vectors of running peaks; even, so that a lane always
-// holds the same side.
-constexpr std::size_t kLanes = 32;
+/// Eight samples in one register (GCC and Clang); the compilers do not find this by themselves, and
+/// what they do instead costs a seventh of the time that decoding takes.
+using Lanes = std::int16_t __attribute__((vector_size(16)));
+constexpr std::size_t kLanes = sizeof(Lanes) / sizeof(std::int16_t);
 
-/// Peaks of the lanes of one parity.
-float SidePeak(const std::array<std::int16_t, kLanes>& lowest,
-               const std::array<std::int16_t, kLanes>& highest, std::size_t parity) {
-    int peak = 0;
-    for (std::size_t lane = parity; lane < kLanes; lane += 2) {
-        peak = std::max({peak, -int{lowest[lane]}, int{highest[lane]}});
+/// Running extremes; as the number of lanes is even, a lane always holds the same side.
+struct Extremes {
+    Lanes lowest{};
+    Lanes highest{};
+
+    void Add(const std::int16_t* samples, std::size_t count = kLanes) {
+        Lanes lanes{};
+        std::memcpy(&lanes, samples, count * sizeof(std::int16_t));
+        lowest = lanes < lowest ? lanes : lowest;
+        highest = lanes > highest ? lanes : highest;
     }
-    return static_cast<float>(peak) / 32768.0F;
-}
+
+    float Peak(std::size_t parity) const {
+        int peak = 0;
+        for (std::size_t lane = parity; lane < kLanes; lane += 2) {
+            peak = std::max({peak, -int{lowest[lane]}, int{highest[lane]}});
+        }
+        return static_cast<float>(peak) / 32768.0F;
+    }
+};
 
 /// The even and the odd samples' peaks.
 PeakLevels MeasureAlternating(std::span<const std::int16_t> samples) {
-    std::array<std::int16_t, kLanes> lowest{};
-    std::array<std::int16_t, kLanes> highest{};
+    // Two, so that one need not wait for the other's result.
+    Extremes first;
+    Extremes second;
     const std::int16_t* from = samples.data();
-    const std::int16_t* end = from + samples.size();
-    for (; end - from >= static_cast<std::ptrdiff_t>(kLanes); from += kLanes) {
-        for (std::size_t lane = 0; lane < kLanes; ++lane) {
-            lowest[lane] = std::min(lowest[lane], from[lane]);
-            highest[lane] = std::max(highest[lane], from[lane]);
-        }
+    std::size_t left = samples.size();
+    for (; left >= 2 * kLanes; left -= 2 * kLanes, from += 2 * kLanes) {
+        first.Add(from);
+        second.Add(from + kLanes);
     }
-    for (std::size_t lane = 0; from < end; ++from, ++lane) {
-        lowest[lane] = std::min(lowest[lane], *from);
-        highest[lane] = std::max(highest[lane], *from);
+    for (; left >= kLanes; left -= kLanes, from += kLanes) {
+        first.Add(from);
     }
-    return {SidePeak(lowest, highest, 0), SidePeak(lowest, highest, 1)};
+    first.Add(from, left);
+    return Larger({first.Peak(0), first.Peak(1)}, {second.Peak(0), second.Peak(1)});
 }
 
 /// For an odd number of channels, whose sides change places with every sample frame.

@@ -7,6 +7,7 @@
 namespace {
 
 constexpr std::int64_t kBufferSampleFrames = 4096;
+constexpr int kMaxRateHz = 1'000'000; // nothing records faster; a damaged header may say so
 
 std::int16_t FromFloat(float sample) {
     const float scaled = sample * 32768.0F;
@@ -36,7 +37,7 @@ std::unique_ptr<WavDecoder> WavDecoder::Open(std::shared_ptr<const File> file) {
     SF_INFO info{};
     Handle handle(sf_open_fd(file->Descriptor(), SFM_READ, &info, SF_FALSE));
     if (!handle || !IsWav(info.format) || info.channels < 1 || info.samplerate < 1 ||
-        info.frames < 0) {
+        info.samplerate > kMaxRateHz || info.frames < 0) {
         return nullptr;
     }
     const AudioFormat format{static_cast<std::uint32_t>(info.samplerate),

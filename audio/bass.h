@@ -72,7 +72,7 @@ BASS_API DWORD BASS_GetVersion();
 ///         into silence at the right pace. Calling it again tries again.
 BASS_API BOOL BASS_Init(int device, DWORD freq, DWORD flags, void* win, const void* clsid);
 
-/// Frees every stream and closes the output. Not to be called from a sync.
+/// Frees every stream and closes the output.
 /// @return FALSE when BASS_Init was not called since the last time
 BASS_API BOOL BASS_Free();
 
@@ -124,7 +124,7 @@ BASS_API DWORD BASS_ChannelIsActive(DWORD handle);
 /// called once, in the order of registration, the stream having stopped.
 /// @param type   BASS_SYNC_END
 /// @param param  not used
-/// @param proc   may make any call but BASS_Free, also BASS_StreamFree of its stream
+/// @param proc   may make any call, also BASS_StreamFree of its stream
 /// @return 0 for another type, no callback or a decoding stream
 BASS_API HSYNC BASS_ChannelSetSync(DWORD handle, DWORD type, QWORD param, SYNCPROC* proc,
                                    void* user);
@@ -146,7 +146,7 @@ BASS_API QWORD BASS_ChannelGetPosition(DWORD handle, DWORD mode);
 /// @return FALSE beyond the length or for another mode
 BASS_API BOOL BASS_ChannelSetPosition(DWORD handle, QWORD pos, DWORD mode);
 
-/// Seconds that a byte count lasts.
+/// Seconds that a byte count lasts, which need not be whole sample frames.
 /// @return a negative number on failure
 BASS_API double BASS_ChannelBytes2Seconds(DWORD handle, QWORD pos);
 

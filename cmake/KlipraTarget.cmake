@@ -58,7 +58,10 @@ function(klipra_program target)
     klipra_expose_folder(${target} PRIVATE)
     target_link_libraries(${target} PRIVATE ${arg_LINKS})
     set_target_properties(${target} PROPERTIES
-        RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+        RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin"
+        # Shared libraries are looked for beside the program, wherever that is.
+        BUILD_RPATH_USE_ORIGIN ON
+        INSTALL_RPATH "$ORIGIN")
 endfunction()
 
 # klipra_tests(<target> SOURCES <files...> [LINKS <targets...>])

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "audio/Stream.h"
+
+#include <memory>
+#include <mutex>
+
+/// A stream whose samples are measured, not played.
+class DecodingStream : public Stream {
+public:
+    explicit DecodingStream(std::unique_ptr<Decoder> decoder);
+
+    std::int64_t Position() override;
+    bool SetPosition(std::int64_t sampleFrame) override;
+    bool IsActive() override;
+    std::vector<std::int64_t> SeekInfo() const override { return m_decoder->SeekInfo(); }
+    bool MeasureLevels(double seconds, PeakLevels& levels) override;
+
+private:
+    // under the mutex
+    std::mutex m_mutex;
+    const std::unique_ptr<Decoder> m_decoder;
+    std::int64_t m_position = 0;
+    std::int64_t m_origin = 0; // where the stretches asked for began
+    double m_askedSeconds = 0; // the sum of their lengths
+    bool m_ended = false;      // one of them was cut short
+};

@@ -1,0 +1,70 @@
+#include "audio/Output.h"
+
+#include "audio/SdlDevice.h"
+#include "audio/SilentDevice.h"
+
+#define SDL_MAIN_HANDLED // SDL must not rename the program's main
+#include <SDL.h>
+
+#include <utility>
+
+namespace {
+
+bool InitialiseSdl() {
+    SDL_SetMainReady();
+    // Signals are the program's own business.
+    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Klipra");
+    return SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
+}
+
+} // namespace
+
+bool Output::Open(const OutputFormat& format) {
+    const std::lock_guard lock(m_mutex);
+    m_open = true;
+    if (!m_sdl) {
+        m_sdl = InitialiseSdl();
+    }
+    m_kept.reset();
+    if (m_sdl) {
+        m_kept = SdlDevice::Open(format);
+    }
+    return m_kept != nullptr;
+}
+
+bool Output::IsOpen() {
+    const std::lock_guard lock(m_mutex);
+    return m_open;
+}
+
+void Output::Close() {
+    const std::lock_guard lock(m_mutex);
+    m_kept.reset();
+    if (m_sdl) {
+        SDL_QuitSubSystem(SDL_INIT_AUDIO);
+    }
+    m_sdl = false;
+    m_open = false;
+}
+
+std::unique_ptr<OutputDevice> Output::Acquire(const OutputFormat& format) {
+    const std::lock_guard lock(m_mutex);
+    if (m_kept && m_kept->Format() == format) {
+        return std::move(m_kept);
+    }
+    // Before another one is opened: some systems have but one.
+    m_kept.reset();
+    std::unique_ptr<OutputDevice> device;
+    if (m_sdl) {
+        device = SdlDevice::Open(format);
+    }
+    return device ? std::move(device) : std::make_unique<SilentDevice>(format);
+}
+
+void Output::Release(std::unique_ptr<OutputDevice> device) {
+    const std::lock_guard lock(m_mutex);
+    if (m_open) {
+        m_kept = std::move(device);
+    }
+}

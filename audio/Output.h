@@ -1,0 +1,36 @@
+#pragma once
+
+#include "audio/OutputDevice.h"
+
+#include <memory>
+#include <mutex>
+
+/// Where streams get their device from.
+///
+/// Keeps a device that is no longer used for the next stream of the same format: opening one takes
+/// longer than a person likes to wait for a sound. Any thread.
+class Output {
+public:
+    /// Gets ready to open devices and tries one in this format.
+    /// @return false when there is none: Acquire then gives silent ones
+    bool Open(const OutputFormat& format);
+
+    bool IsOpen();
+
+    /// Drops the kept device and lets go of the system's audio.
+    void Close();
+
+    /// A stopped device; a silent one where no other can be had.
+    /// @throws std::system_error when not even that can be made
+    std::unique_ptr<OutputDevice> Acquire(const OutputFormat& format);
+
+    /// Gives a stopped device back.
+    void Release(std::unique_ptr<OutputDevice> device);
+
+private:
+    // under the mutex
+    std::mutex m_mutex;
+    bool m_open = false;
+    bool m_sdl = false; // SDL's audio is initialised
+    std::unique_ptr<OutputDevice> m_kept;
+};

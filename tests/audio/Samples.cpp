@@ -1,0 +1,86 @@
+#include "tests/audio/Samples.h"
+
+#include "audio/OpenDecoder.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <mpg123.h>
+
+#include <algorithm>
+#include <random>
+
+std::string Clip(const std::string& name) {
+    return TemporaryFolder::Read(KLIPRA_CLIPS "/" + name);
+}
+
+std::string RepeatedClip(const std::string& name, int times) {
+    const std::string clip = Clip(name);
+    std::string repeated;
+    for (int i = 0; i < times; ++i) {
+        repeated += clip;
+    }
+    return repeated;
+}
+
+Samples ReadAll(Decoder& decoder) {
+    Samples all;
+    for (std::int64_t count = 1;; count = count % 5000 + 997) {
+        const auto samples = decoder.Read(count);
+        if (samples.empty()) {
+            return all;
+        }
+        EXPECT_LE(samples.size(), static_cast<std::size_t>(count) * decoder.Format().channels);
+        all.insert(all.end(), samples.begin(), samples.end());
+    }
+}
+
+Samples DecodeFile(const std::string& path, unsigned threads) {
+    const auto decoder = OpenDecoder(path.c_str(), threads);
+    if (!decoder) {
+        return {};
+    }
+    const Samples samples = ReadAll(*decoder);
+    EXPECT_EQ(samples.size(), static_cast<std::size_t>(decoder->Format().sampleFrames) *
+                                  decoder->Format().channels);
+    return samples;
+}
+
+Samples ReferenceDecode(const std::string& mp3) {
+    mpg123_handle* handle = mpg123_new(nullptr, nullptr);
+    mpg123_param(handle, MPG123_ADD_FLAGS, MPG123_QUIET, 0);
+    mpg123_param(handle, MPG123_REMOVE_FLAGS, MPG123_GAPLESS, 0);
+    mpg123_open_feed(handle);
+    mpg123_feed(handle, reinterpret_cast<const unsigned char*>(mp3.data()), mp3.size());
+    Samples all;
+    Samples part(8192);
+    for (int result = MPG123_OK; result == MPG123_OK || result == MPG123_NEW_FORMAT;) {
+        std::size_t bytes = 0;
+        result = mpg123_read(handle, part.data(), part.size() * sizeof part[0], &bytes);
+        all.insert(all.end(), part.begin(),
+                   part.begin() + static_cast<std::ptrdiff_t>(bytes / sizeof part[0]));
+    }
+    mpg123_delete(handle);
+    return all;
+}
+
+void ExpectSeeksAgree(Decoder& decoder, const Samples& whole) {
+    const std::int64_t channels = decoder.Format().channels;
+    const std::int64_t length = decoder.Format().sampleFrames;
+    std::mt19937 random(1);
+    for (int i = 0; i < 60; ++i) {
+        const auto position = static_cast<std::int64_t>(random() % static_cast<unsigned>(length));
+        SCOPED_TRACE(position);
+        decoder.Seek(position);
+        const std::int64_t wanted = std::min<std::int64_t>(3000, length - position);
+        Samples got;
+        while (static_cast<std::int64_t>(got.size()) < wanted * channels) {
+            const auto samples =
+                decoder.Read(wanted - static_cast<std::int64_t>(got.size()) / channels);
+            ASSERT_FALSE(samples.empty());
+            got.insert(got.end(), samples.begin(), samples.end());
+        }
+        ASSERT_TRUE(std::equal(got.begin(), got.end(), whole.begin() + position * channels));
+    }
+    decoder.Seek(length);
+    EXPECT_TRUE(decoder.Read(1).empty());
+}
