@@ -1,5 +1,6 @@
 #include "audio/BlockDecoder.h"
 
+#include <algorithm>
 #include <utility>
 
 BlockDecoder::BlockDecoder(std::shared_ptr<const File> file,
@@ -12,8 +13,12 @@ void BlockDecoder::Begin(std::int64_t block) {
     const FrameIndex::Block& start = m_index->Blocks()[static_cast<std::size_t>(block)];
     m_decoder.Clear();
     m_walker.MoveTo(start.offsetBytes);
-    for (std::int64_t frame = 0; frame < start.prerollFrames; ++frame) {
-        DecodeFrame(m_dropped.data());
+    for (std::int64_t left = start.prerollFrames; left > 0 && m_walker.Next(); --left) {
+        if (left > FrameIndex::kOverlapFrames) {
+            m_decoder.FillReservoir(m_walker.Bytes(), m_walker.Header());
+        } else {
+            m_decoder.Decode(m_walker.Bytes(), m_walker.Header().sizeBytes, m_dropped.data());
+        }
     }
 }
 
@@ -21,6 +26,6 @@ void BlockDecoder::DecodeFrame(std::int16_t* samples) {
     if (m_walker.Next()) {
         m_decoder.Decode(m_walker.Bytes(), m_walker.Header().sizeBytes, samples);
     } else {
-        m_decoder.Decode(nullptr, 0, samples);
+        std::fill_n(samples, SamplesPerFrame(), std::int16_t{0});
     }
 }

@@ -29,7 +29,8 @@ void FrameDecoder::Deleter::operator()(mpg123_handle_struct* handle) const {
 }
 
 FrameDecoder::FrameDecoder(const FrameHeader& first)
-    : m_samplesPerFrame(std::size_t{first.sampleFrames} * first.channels) {
+    : m_samplesPerFrame(std::size_t{first.sampleFrames} * first.channels),
+      m_dropped(m_samplesPerFrame) {
     // Does its work once; since libmpg123 1.30 it has none.
     static const int initialised = mpg123_init();
     if (initialised == MPG123_OK) {
@@ -38,10 +39,12 @@ FrameDecoder::FrameDecoder(const FrameHeader& first)
     if (!m_handle || !Configure(m_handle.get(), first)) {
         throw std::bad_alloc();
     }
+    m_muted.reserve(FrameHeader::kMaxBytes);
     Clear();
 }
 
 void FrameDecoder::Clear() {
+    m_reservoirBytes = 0;
     mpg123_open_feed(m_handle.get());
 }
 
@@ -51,6 +54,27 @@ void FrameDecoder::Decode(const std::uint8_t* frame, std::size_t bytes, std::int
         // What libmpg123 may have kept of this frame must not be taken for a part of the next one.
         Clear();
     }
+}
+
+void FrameDecoder::FillReservoir(const std::uint8_t* frame, const FrameHeader& header) {
+    if (frame == nullptr || header.MainDataBytes() == 0) {
+        Decode(frame, header.sizeBytes, m_dropped.data());
+        return;
+    }
+    // Side information of all zeros says that the granules hold nothing. Only where the main data
+    // begin must be told, as far back as there are any: libmpg123 then takes them over.
+    m_muted.assign(frame, frame + header.sizeBytes);
+    std::uint8_t* sideInfo = m_muted.data() + FrameHeader::kBytes + (header.crc ? 2 : 0);
+    std::fill_n(sideInfo, header.sideInfoBytes, std::uint8_t{0});
+    const std::uint32_t begin = std::min(m_reservoirBytes, header.MaxReservoirBytes());
+    if (header.lowSamplingRate) {
+        sideInfo[0] = static_cast<std::uint8_t>(begin);
+    } else {
+        sideInfo[0] = static_cast<std::uint8_t>(begin >> 1);
+        sideInfo[1] = static_cast<std::uint8_t>(begin << 7);
+    }
+    Decode(m_muted.data(), m_muted.size(), m_dropped.data());
+    m_reservoirBytes += header.MainDataBytes();
 }
 
 bool FrameDecoder::TryDecode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples) {

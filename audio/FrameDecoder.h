@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 struct mpg123_handle_struct;
 
@@ -27,6 +28,12 @@ public:
     ///                 cannot be decoded
     void Decode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples);
 
+    /// Leads the decoder through a frame before those that are to be decoded: its part of the bit
+    /// reservoir is kept, its sound is not. Other than by decoding it, nothing fails here for want
+    /// of earlier frames.
+    /// @param frame  null for a frame that could not be read
+    void FillReservoir(const std::uint8_t* frame, const FrameHeader& header);
+
     std::size_t SamplesPerFrame() const { return m_samplesPerFrame; }
 
 private:
@@ -38,4 +45,7 @@ private:
 
     std::unique_ptr<mpg123_handle_struct, Deleter> m_handle;
     std::size_t m_samplesPerFrame;
+    std::uint32_t m_reservoirBytes = 0;  // filled since the decoder was cleared
+    std::vector<std::uint8_t> m_muted;   // a frame without sound
+    std::vector<std::int16_t> m_dropped; // and what it decodes to
 };

@@ -90,3 +90,8 @@ std::uint32_t FrameHeader::MainDataBytes() const {
         static_cast<std::uint32_t>(kBytes) + (crc ? 2 : 0) + sideInfoBytes;
     return layer == 3 && sizeBytes > overhead ? sizeBytes - overhead : 0;
 }
+
+std::uint32_t FrameHeader::MaxReservoirBytes() const {
+    // main_data_begin has nine bits (11172-3, 2.4.1.7), with low sampling rates eight.
+    return layer != 3 ? 0 : lowSamplingRate ? 255 : 511;
+}

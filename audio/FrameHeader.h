@@ -11,6 +11,7 @@
 /// can be cut.
 struct FrameHeader {
     static constexpr std::size_t kBytes = 4;
+    static constexpr std::size_t kMaxBytes = 2881; ///< of a whole frame
 
     /// @param bytes  kBytes of them
     static std::optional<FrameHeader> Parse(const std::uint8_t* bytes);
@@ -21,6 +22,8 @@ struct FrameHeader {
 
     /// Layer III: how much of the bit reservoir this frame fills; 0 for the other layers.
     std::uint32_t MainDataBytes() const;
+    /// How much of it a frame can draw on at most; 0 for the other layers.
+    std::uint32_t MaxReservoirBytes() const;
 
     std::uint32_t streamBits = 0; ///< the header bits of version, layer and sampling rate
     bool lowSamplingRate = false; ///< MPEG 2 or 2.5

@@ -14,19 +14,13 @@ public:
         m_frames[static_cast<std::size_t>(m_count++ % kCapacity)] = {offsetBytes, mainDataBytes};
     }
 
-    /// What has to be decoded before the frame that comes after the ones added.
+    /// What the decoder has to be led through before the frame that comes after the ones added.
     FrameIndex::Block Preroll(const FrameHeader& header, std::int64_t nextOffsetBytes) const {
-        // The hybrid filterbank overlaps by a granule, in MPEG 2 a whole frame, and the synthesis
-        // filterbank reaches back further by less than two Layer I frames: two frames must decode
-        // rightly, and the oldest of them may draw all of the bit reservoir from those before.
-        constexpr std::int64_t kOverlapFrames = 2;
         constexpr std::int64_t kPhaseFrames = 8;
         const std::int64_t available = std::min(m_count, kCapacity - kPhaseFrames);
-        const std::uint32_t reservoirBytes =
-            header.layer != 3 ? 0 : (header.lowSamplingRate ? 255 : 511);
-        std::int64_t frames = kOverlapFrames;
+        std::int64_t frames = FrameIndex::kOverlapFrames;
         std::uint32_t filledBytes = 0;
-        while (frames < available && filledBytes < reservoirBytes) {
+        while (frames < available && filledBytes < header.MaxReservoirBytes()) {
             filledBytes += Back(++frames).mainDataBytes;
         }
         frames = std::min((frames + kPhaseFrames - 1) / kPhaseFrames * kPhaseFrames, m_count);

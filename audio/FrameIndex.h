@@ -17,9 +17,15 @@ public:
     /// uninterrupted decode, so that even the roundings are the same.
     static constexpr std::int64_t kBlockFrames = 512;
 
+    /// The hybrid filterbank overlaps by a granule, in MPEG 2 a whole frame, and the synthesis
+    /// filterbank reaches back by less than two Layer I frames.
+    static constexpr std::int64_t kOverlapFrames = 2;
+
     struct Block {
-        std::int64_t offsetBytes;   ///< of the first frame to lead the decoder through
-        std::int64_t prerollFrames; ///< how many of those come before the block's own
+        std::int64_t offsetBytes; ///< of the first frame to lead the decoder through
+        std::int64_t
+            prerollFrames; ///< how many of those come before the block's own: the last
+                           ///< kOverlapFrames for their sound, the others for the reservoir
     };
 
     /// Reads the stream's frame headers once from beginning to end.
