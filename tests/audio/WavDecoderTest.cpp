@@ -1,0 +1,98 @@
+#include "audio/OpenDecoder.h"
+#include "tests/audio/Samples.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/WavBuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr std::uint16_t kPcm = 1;
+constexpr std::uint16_t kFloat = 3;
+
+/// A WAV with so many bits a sample.
+std::string Wav(std::uint16_t formatTag, unsigned bits, const std::string& samples,
+                std::uint16_t channels = 1, std::uint32_t rateHz = 44100) {
+    const WavBuilder wav{
+        .formatTag = formatTag,
+        .channels = channels,
+        .rateHz = rateHz,
+        .bytesPerSecond = static_cast<std::int32_t>(rateHz * channels * bits / 8),
+        .blockAlign = static_cast<std::int16_t>(channels * bits / 8),
+        .samples = samples,
+    };
+    constexpr std::size_t kBitsOffset = 34;
+    std::string bytes = wav.Bytes();
+    bytes[kBitsOffset] = static_cast<char>(bits);
+    return bytes;
+}
+
+std::string Floats(const std::vector<float>& values) {
+    std::string bytes;
+    for (const float value : values) {
+        bytes += WavBuilder::Number(4, std::bit_cast<std::uint32_t>(value));
+    }
+    return bytes;
+}
+
+TEST(WavDecoder, SampleFormats) {
+    const TemporaryFolder folder;
+    const auto decode = [&](const std::string& wav) {
+        return DecodeFile(folder.Write("a.wav", wav));
+    };
+    EXPECT_EQ(decode(Wav(kPcm, 8, std::string("\x00\x80\xFF", 3))), (Samples{-32768, 0, 32512}));
+    EXPECT_EQ(decode(Wav(kPcm, 16, std::string("\x34\x12\xFF\xFF", 4))), (Samples{0x1234, -1}));
+    EXPECT_EQ(decode(Wav(kPcm, 24, std::string("\xFF\x34\x12\x00\x00\x80", 6))),
+              (Samples{0x1234, -32768}));
+    EXPECT_EQ(decode(Wav(kPcm, 32, std::string("\xFF\xFF\x34\x12", 4))), (Samples{0x1234}));
+    constexpr float kInfinity = std::numeric_limits<float>::infinity();
+    EXPECT_EQ(decode(Wav(kFloat, 32,
+                         Floats({0.5F, -1.0F, 1.0F, -7.0F, 1.4F / 32768, 1.6F / 32768, kInfinity,
+                                 -kInfinity, std::nanf("")}))),
+              (Samples{16384, -32768, 32767, -32768, 1, 2, 32767, -32768, 0}))
+        << "scaled by full scale, not by the loudest sample";
+}
+
+TEST(WavDecoder, ReadsTheSameFromAnyPlace) {
+    const TemporaryFolder folder;
+    const std::string path =
+        folder.Write("a.wav", Wav(kPcm, 24, WavBuilder::Pattern(3 * 3 * 20'000), 3, 96000));
+    const auto decoder = OpenDecoder(path.c_str(), 2);
+    ASSERT_NE(decoder, nullptr);
+    EXPECT_EQ(decoder->Format().rateHz, 96000U);
+    EXPECT_EQ(decoder->Format().channels, 3U);
+    const Samples whole = ReadAll(*decoder);
+    EXPECT_EQ(whole.size(), 60'000U);
+    ExpectSeeksAgree(*decoder, whole);
+}
+
+TEST(WavDecoder, FilesThatLieOrAreCutShort) {
+    const TemporaryFolder folder;
+    WavBuilder wav{.samples = WavBuilder::Pattern(4000)};
+    for (const std::int64_t declared : {0x7FFFFFFFLL, 0xFFFFFFFFLL, 4001LL, 4000LL}) {
+        wav.dataSize = declared;
+        EXPECT_EQ(DecodeFile(folder.Write("a.wav", wav.Bytes())).size(), 2000U) << declared;
+    }
+    wav.dataSize = 400;
+    EXPECT_EQ(DecodeFile(folder.Write("a.wav", wav.Bytes())).size(), 200U);
+    wav.dataSize = -1;
+    for (std::size_t size = 0; size < wav.Header().size() + 10; ++size) {
+        DecodeFile(
+            folder.Write("a.wav", wav.Bytes().substr(0, size))); // whatever it gives, it ends
+    }
+    for (const std::uint32_t rate : {0U, 0xFFFFFFFFU, 2'000'000'000U}) {
+        wav.rateHz = rate;
+        EXPECT_EQ(OpenDecoder(folder.Write("a.wav", wav.Bytes()).c_str(), 1), nullptr) << rate;
+    }
+    wav.rateHz = 44100;
+    for (const std::uint16_t channels : {std::uint16_t{0}, std::uint16_t{0xFFFF}}) {
+        wav.channels = channels;
+        EXPECT_EQ(OpenDecoder(folder.Write("a.wav", wav.Bytes()).c_str(), 1), nullptr) << channels;
+    }
+}
+
+} // namespace
