@@ -46,7 +46,9 @@ PeakLevels MeasureAlternating(std::span<const std::int16_t> samples) {
     for (; left >= kLanes; left -= kLanes, from += kLanes) {
         first.Add(from);
     }
-    first.Add(from, left);
+    if (left > 0) {
+        first.Add(from, left);
+    }
     return Larger({first.Peak(0), first.Peak(1)}, {second.Peak(0), second.Peak(1)});
 }
 
