@@ -11,6 +11,9 @@ std::uint32_t PlayedChannels(std::uint32_t channels) {
 void FoldToStereo(std::span<const std::int16_t> samples, std::uint32_t channels,
                   std::vector<std::int16_t>& folded) {
     folded.clear();
+    if (channels < 2) {
+        return;
+    }
     for (std::size_t begin = 0; begin < samples.size(); begin += channels) {
         int sums[2] = {0, 0};
         for (std::size_t channel = 0; channel < channels; ++channel) {

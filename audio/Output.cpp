@@ -18,9 +18,20 @@ bool InitialiseSdl() {
     return SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
 }
 
+/// SDL keeps some memory for each thread that deals with devices, and frees only that of its own
+/// threads by itself.
+void FreeSdlMemoryWithThisThread() {
+    struct Memory {
+        ~Memory() { SDL_TLSCleanup(); }
+    };
+    thread_local const Memory memory;
+    static_cast<void>(memory);
+}
+
 } // namespace
 
 bool Output::Open(const OutputFormat& format) {
+    FreeSdlMemoryWithThisThread();
     const std::lock_guard lock(m_mutex);
     m_open = true;
     if (!m_sdl) {
@@ -49,6 +60,7 @@ void Output::Close() {
 }
 
 std::unique_ptr<OutputDevice> Output::Acquire(const OutputFormat& format) {
+    FreeSdlMemoryWithThisThread();
     const std::lock_guard lock(m_mutex);
     if (m_kept && m_kept->Format() == format) {
         return std::move(m_kept);
@@ -63,6 +75,7 @@ std::unique_ptr<OutputDevice> Output::Acquire(const OutputFormat& format) {
 }
 
 void Output::Release(std::unique_ptr<OutputDevice> device) {
+    FreeSdlMemoryWithThisThread();
     const std::lock_guard lock(m_mutex);
     if (m_open) {
         m_kept = std::move(device);

@@ -77,12 +77,12 @@ bool PlayingStream::Stop() {
     return true;
 }
 
-bool PlayingStream::AddEndCallback(std::function<void()> callback) {
+bool PlayingStream::AddEndCallback(const std::function<void()>& callback) {
     const std::lock_guard lock(m_mutex);
     if (m_closed) {
         return false;
     }
-    m_endCallbacks.push_back(std::move(callback));
+    m_endCallbacks.push_back(callback);
     return true;
 }
 

@@ -24,7 +24,7 @@ public:
     std::vector<std::int64_t> SeekInfo() const override { return m_decoder->SeekInfo(); }
     bool Play(bool restart) override;
     bool Stop() override;
-    bool AddEndCallback(std::function<void()> callback) override;
+    bool AddEndCallback(const std::function<void()>& callback) override;
     void Close() override;
 
 private:

@@ -40,7 +40,7 @@ public:
     virtual bool Stop() { return false; }
     /// Has the callback called, on a thread of the library, each time the stream has played to its
     /// end.
-    virtual bool AddEndCallback(std::function<void()> /*callback*/) { return false; }
+    virtual bool AddEndCallback(const std::function<void()>& /*callback*/) { return false; }
 
     /// To be called once, before the stream is let go of: every call fails afterwards, and no
     /// callback is running or will, save one that this is called from.

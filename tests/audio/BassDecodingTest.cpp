@@ -168,6 +168,7 @@ TEST(BassCalls, FromManyThreadsAtOnce) {
     const std::string path = folder.Write("a.mp3", RepeatedClip("joint-stereo-44100.mp3", 10));
     const HSTREAM shared = Open(path, kDecode);
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&, i] {
             float levels[2];

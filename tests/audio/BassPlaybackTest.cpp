@@ -59,9 +59,10 @@ private:
 /// Opens the library on one of SDL's drivers; every test closes it again.
 class BassPlayback : public testing::Test {
 protected:
-    ~BassPlayback() override { BASS_Free(); }
+    void TearDown() override { BASS_Free(); }
 
     static BOOL OpenOutput(const char* driver) {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread reads it now
         setenv("SDL_AUDIODRIVER", driver, 1);
         return BASS_Init(-1, 44100, 0, nullptr, nullptr);
     }
@@ -111,6 +112,7 @@ Samples WithoutSilence(const std::string& bytes, std::size_t channels) {
 TEST_F(BassPlayback, WhatIsPlayedIsWhatIsDecodedAcrossStops) {
     const std::string mp3 = folder.Write("a.mp3", Clip("joint-stereo-44100.mp3").substr(0, 10'000));
     const std::string recording = folder.Path("played.raw");
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread reads it now
     setenv("SDL_DISKAUDIOFILE", recording.c_str(), 1);
     for (const std::string& path :
          {Wav(40'000), mp3, folder.Write("b.mp3", Clip("mono-8000.mp3").substr(0, 2500))}) {
@@ -278,6 +280,7 @@ TEST_F(BassPlayback, EverythingAtOnceFromManyThreads) {
     const std::string path = folder.Write("a.mp3", Clip("joint-stereo-44100.mp3"));
     EndCounter end;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     const HSTREAM shared = Open(path);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&, i] {

@@ -121,7 +121,8 @@ TEST_F(Mp3Decoding, WhatIsNoFrameIsLeftOut) {
 
     std::string gaps;
     for (const std::string& frame : Split(frames)) {
-        gaps += frame + std::string(gaps.size() % 600, '\x2A');
+        gaps += frame;
+        gaps.append(gaps.size() % 600, '\x2A');
     }
     EXPECT_EQ(Decode(gaps), expected);
     EXPECT_EQ(

@@ -39,7 +39,7 @@ Samples DecodeFile(const std::string& path, unsigned threads) {
     if (!decoder) {
         return {};
     }
-    const Samples samples = ReadAll(*decoder);
+    Samples samples = ReadAll(*decoder);
     EXPECT_EQ(samples.size(), static_cast<std::size_t>(decoder->Format().sampleFrames) *
                                   decoder->Format().channels);
     return samples;
