@@ -1,5 +1,6 @@
 #include "audio/FileWindow.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -20,8 +21,9 @@ const std::uint8_t* FileWindow::Refill(std::int64_t offset, std::size_t count) {
     if (offset < 0 || offset > size || static_cast<std::int64_t>(count) > size - offset) {
         return nullptr;
     }
-    // From the page's beginning: reads stay aligned, and a small step back stays inside.
-    m_begin = offset / kPageBytes * kPageBytes;
+    // Aligned, and from a page earlier: who looked a frame ahead and returns finds its place
+    // inside.
+    m_begin = std::max(offset / kPageBytes - 1, std::int64_t{0}) * kPageBytes;
     m_end = m_begin +
             static_cast<std::int64_t>(m_file->ReadAt(m_begin, m_buffer.get(), kCapacityBytes));
     if (offset + static_cast<std::int64_t>(count) > m_end) {

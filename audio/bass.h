@@ -49,7 +49,7 @@ inline constexpr DWORD BASS_ATTRIB_SCANINFO = 10; ///< seek information, an opaq
 inline constexpr DWORD BASS_ACTIVE_STOPPED = 0;
 inline constexpr DWORD BASS_ACTIVE_PLAYING = 1;
 
-/// Called on a thread of the library.
+/// Called on a thread of the library, the one that feeds the stream: it should return soon.
 /// @param handle   the sync
 /// @param channel  the stream that it was registered on
 /// @param data     0

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <ostream>
 #include <random>
 
 namespace {
@@ -57,6 +58,10 @@ protected:
 struct ClipCase {
     const char* name;
     int times; // that make several blocks of it
+
+    friend std::ostream& operator<<(std::ostream& out, const ClipCase& clip) {
+        return out << clip.name;
+    }
 };
 
 class Mp3Clip : public Mp3Decoding, public testing::WithParamInterface<ClipCase> {};
