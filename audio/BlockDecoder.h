@@ -13,7 +13,8 @@
 class BlockDecoder {
 public:
     BlockDecoder(std::shared_ptr<const File> file, std::shared_ptr<const FrameIndex> index);
-    BlockDecoder(const BlockDecoder&) = delete;
+    ~BlockDecoder() = default;
+    BlockDecoder(const BlockDecoder&) = delete; // the walker refers to the window
     BlockDecoder& operator=(const BlockDecoder&) = delete;
 
     /// Gets ready to decode the first frame of a block.

@@ -22,7 +22,10 @@ bool InitialiseSdl() {
 /// threads by itself.
 void FreeSdlMemoryWithThisThread() {
     struct Memory {
+        Memory() = default;
         ~Memory() { SDL_TLSCleanup(); }
+        Memory(const Memory&) = delete;
+        Memory& operator=(const Memory&) = delete;
     };
     thread_local const Memory memory;
     static_cast<void>(memory);
