@@ -114,10 +114,9 @@ BASS_API BOOL BASS_ChannelPlay(DWORD handle, BOOL restart);
 /// @return FALSE for a decoding stream
 BASS_API BOOL BASS_ChannelStop(DWORD handle);
 
-/// @return a stream to play: BASS_ACTIVE_PLAYING while it plays. A decoding stream: the same until
-/// a
-///         level was asked for of which the end left less than its whole length.
-///         BASS_ACTIVE_STOPPED otherwise and for an unknown handle.
+/// Whether a stream to play is playing, or whether a decoding stream has not ended: it ends with
+/// the level of which the end of the data left less than the whole length.
+/// @return BASS_ACTIVE_PLAYING or BASS_ACTIVE_STOPPED, the latter for an unknown handle too
 BASS_API DWORD BASS_ChannelIsActive(DWORD handle);
 
 /// Registers a callback. Each time the stream has played to its end, every registered callback is
