@@ -64,12 +64,19 @@ function(klipra_program target)
         INSTALL_RPATH "$ORIGIN")
 endfunction()
 
-# klipra_tests(<target> SOURCES <files...> [LINKS <targets...>])
-# The test program of the current folder; each of its tests becomes one of ctest's.
+# klipra_tests(<target> [THREADS] SOURCES <files...> [LINKS <targets...>])
+# The test program of the current folder; each of its tests becomes one of ctest's. THREADS marks
+# those that run under the thread sanitizer too: they get the label "threads" and are built by the
+# target of that name.
 function(klipra_tests target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "THREADS" "" "SOURCES;LINKS")
     add_executable(${target} ${arg_SOURCES})
     klipra_configure(${target})
     target_link_libraries(${target} PRIVATE ${arg_LINKS} GTest::gtest GTest::gmock GTest::gtest_main)
-    gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+    set(labels)
+    if(arg_THREADS)
+        set(labels LABELS threads)
+        add_dependencies(threads ${target})
+    endif()
+    gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 ${labels})
 endfunction()
