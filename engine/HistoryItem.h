@@ -1,0 +1,18 @@
+#pragma once
+
+#include "engine/CutPositions.h"
+
+#include <string>
+
+/// One entry of the edit history: a state of the audio, in a file of its own.
+struct HistoryItem {
+    int id = 0; ///< from 1; the n-th entry made has id n
+
+    /// What the history shows. Up to the first blank it is the label: # for the opened file,
+    /// followed by -1, -2 ... for every edit on the way to this entry. What follows is a file name.
+    std::string name;
+
+    std::string path;          ///< the opened file, or a temporary file
+    CutPositions cutPositions; ///< in this file, as they stood when an edit was last made from it
+    bool saved = false;        ///< the person has the file under a name of their own
+};
