@@ -5,31 +5,46 @@
 #include "platform/SystemError.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <getopt.h>
 #include <iterator>
+#include <limits>
 #include <new>
 
 namespace {
 
 constexpr char kProgramUsage[] = "klipra-cli COMMAND ...";
 
+constexpr std::size_t kAnyCount = std::numeric_limits<std::size_t>::max();
+
 struct Command {
     const char* name;
     const char* operands; // as the usage line shows them
-    std::size_t operandCount;
-    bool hasJson;
+    std::size_t leastOperands;
+    std::size_t mostOperands;
+    const char* options; // the letters of those that it takes
     const char* summary;
     int (*run)(const Arguments&);
 };
 
 constexpr Command kCommands[] = {
-    {"info", "[--json] FILE", 1, true, "tells what is in an MP3 or WAV file", RunInfo},
-    {"extract", "FILE START END OUT", 4, false, "writes only the range to OUT", RunExtract},
-    {"cut", "FILE START END OUT", 4, false, "writes everything but the range to OUT", RunCut},
+    {"info", "[--json] FILE", 1, 1, "j", "tells what is in an MP3 or WAV file", RunInfo},
+    {"extract", "FILE START END OUT", 4, 4, "", "writes only the range to OUT", RunExtract},
+    {"cut", "FILE START END OUT", 4, 4, "", "writes everything but the range to OUT", RunCut},
+    {"split", "FILE POS [POS ...] OUT", 3, kAnyCount, "",
+     "writes the pieces between the positions; the last % in OUT becomes their number", RunSplit},
+    {"scenes", "[--level L] [--time S] [--json] FILE", 1, 1, "jlt",
+     "finds the quiet places: below level L (0.001) for at least S seconds (0.2)", RunScenes},
+};
+
+// Each with its letter in the table above.
+constexpr option kOptions[] = {
+    {"json", no_argument, nullptr, 'j'},
+    {"level", required_argument, nullptr, 'l'},
+    {"time", required_argument, nullptr, 't'},
+    {},
 };
 
 const Command* FindCommand(const char* name) {
@@ -57,23 +72,46 @@ int RefuseUsage(const std::string& problem, const std::string& usage) {
     return kWrongUsage;
 }
 
+void SetOption(Arguments& arguments, int letter, const char* value) {
+    switch (letter) {
+    case 'j':
+        arguments.json = true;
+        break;
+    case 'l':
+        arguments.level = value;
+        break;
+    case 't':
+        arguments.time = value;
+        break;
+    default:
+        break;
+    }
+}
+
 // argv begins with the command's name.
 Arguments ParseArguments(const Command& command, int argc, char** argv) {
-    const std::array<option, 2> options = {{{"json", no_argument, nullptr, 'j'}, {}}};
     Arguments arguments;
     opterr = 0; // the messages are ours
+    int letter = 0;
     // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs yet
-    for (int found = 0; (found = getopt_long(argc, argv, "", options.data(), nullptr)) != -1;) {
-        if (found != 'j' || !command.hasJson) {
-            throw UsageError(std::string("unknown option ") + argv[optind - 1]);
+    for (int index = 0; (letter = getopt_long(argc, argv, ":", kOptions, &index)) != -1;) {
+        const bool isKnown = letter != '?' && letter != ':';
+        const std::string name =
+            isKnown ? std::string("--") + kOptions[index].name : argv[optind - 1];
+        if (letter == ':') {
+            throw UsageError(name + " needs a value");
         }
-        arguments.json = true;
+        if (!isKnown || std::strchr(command.options, letter) == nullptr) {
+            throw UsageError("unknown option " + name);
+        }
+        SetOption(arguments, letter, optarg);
     }
     arguments.operands.assign(argv + optind, argv + argc);
-    if (arguments.operands.size() != command.operandCount) {
-        throw UsageError(arguments.operands.size() < command.operandCount
-                             ? "something is missing"
-                             : "there is something too much");
+    if (arguments.operands.size() < command.leastOperands) {
+        throw UsageError("something is missing");
+    }
+    if (arguments.operands.size() > command.mostOperands) {
+        throw UsageError("there is something too much");
     }
     return arguments;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -13,10 +14,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The words of a command line after the command's name.
+/// The words of a command line after the command's name. An option that was not given is empty.
 struct Arguments {
     std::vector<std::string> operands;
     bool json = false;
+    std::optional<std::string> level;
+    std::optional<std::string> time;
 };
 
 /// Runs the command that the words name, results to standard output, messages to standard error.

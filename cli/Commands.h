@@ -8,3 +8,5 @@
 int RunInfo(const Arguments& arguments);
 int RunExtract(const Arguments& arguments);
 int RunCut(const Arguments& arguments);
+int RunSplit(const Arguments& arguments);
+int RunScenes(const Arguments& arguments);

@@ -3,10 +3,11 @@
 #include <filesystem>
 #include <strings.h>
 
-FileFormat GetFormat(const std::string& path) {
+std::optional<FormatType> GetFormat(const std::string& path) {
     const std::string extension = std::filesystem::path(path).extension().string();
     if (strcasecmp(extension.c_str(), ".mp3") == 0) {
-        return FileFormat::MP3;
+        return FormatType::MP3;
     }
-    return strcasecmp(extension.c_str(), ".wav") == 0 ? FileFormat::WAV : FileFormat::Unknown;
+    return strcasecmp(extension.c_str(), ".wav") == 0 ? std::optional(FormatType::WAV)
+                                                      : std::nullopt;
 }

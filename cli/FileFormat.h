@@ -1,11 +1,12 @@
 #pragma once
 
-#include <string>
+#include "engine/FormatType.h"
 
-enum class FileFormat { Unknown, MP3, WAV };
+#include <optional>
+#include <string>
 
 /// What to say about a file of another format.
 inline constexpr char kUnknownFormat[] = "neither an mp3 nor a wav file by its extension";
 
-/// The format that a file's extension, in any letter case, stands for.
-FileFormat GetFormat(const std::string& path);
+/// The format that a file's extension, in any letter case, stands for; none for another extension.
+std::optional<FormatType> GetFormat(const std::string& path);

@@ -13,22 +13,17 @@ namespace {
 // Null after an error, which has been reported.
 Json Describe(const std::string& path) {
     const Progress progress([&] { return "Reading " + path; });
-    std::string error = kUnknownFormat;
-    Json description;
-    switch (GetFormat(path)) {
-    case FileFormat::MP3:
+    const std::optional<FormatType> format = GetFormat(path);
+    if (format == FormatType::MP3) {
         try {
             return DescribeMP3(path);
         } catch (CMPAException& e) {
             e.ShowError();
             return nullptr;
         }
-    case FileFormat::WAV:
-        description = DescribeWAV(path, error);
-        break;
-    case FileFormat::Unknown:
-        break;
     }
+    std::string error = kUnknownFormat;
+    Json description = format == FormatType::WAV ? DescribeWAV(path, error) : nullptr;
     if (description.is_null()) {
         ReportError(path, error);
     }

@@ -19,7 +19,7 @@ std::vector<std::string_view> SplitAtColons(std::string_view text) {
     return parts;
 }
 
-std::optional<double> ParseNumber(std::string_view text, std::chars_format format) {
+std::optional<double> ParseDigits(std::string_view text, std::chars_format format) {
     double value = 0.0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value, format);
@@ -36,15 +36,19 @@ std::optional<double> ParsePart(std::string_view text, bool isLast) {
     if (isLast ? text.substr(0, digits).size() != 2 : !isWhole) {
         return std::nullopt;
     }
-    return ParseNumber(text, std::chars_format::fixed);
+    return ParseDigits(text, std::chars_format::fixed);
 }
 
 } // namespace
 
+std::optional<double> ParseNumber(const std::string& text) {
+    return ParseDigits(text, std::chars_format::general);
+}
+
 std::optional<double> ParseTime(const std::string& text) {
     const std::vector<std::string_view> parts = SplitAtColons(text);
     if (parts.size() == 1) {
-        return ParseNumber(text, std::chars_format::general);
+        return ParseNumber(text);
     }
     if (parts.size() > 3) {
         return std::nullopt;

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "engine/Klipra.h"
+
+#include <string>
+
+/// The engine without a window: opens one file to search it or to cut pieces from it. Failures are
+/// reported on standard error. Makes no edits in the history.
+class HeadlessKlipra : public Klipra {
+public:
+    /// Opens the only file of this engine.
+    /// @return false after a failure, which has been reported
+    bool Open(const std::string& path);
+
+    /// A time as a position in the file, and a position as a time, in seconds.
+    unsigned long long ToPosition(double seconds) const;
+    double ToSeconds(unsigned long long position) const;
+
+    using Klipra::CutToFile;
+
+    // There are no controls, and nobody to ask.
+    void EnableTimer() override {}
+    void DisableTimer() override {}
+    bool CreateWaveImage() override { return false; }
+    void Zoom(int factor) override { zoom = factor; }
+    std::string GetCurrentHistoryItemName() override { return ""; }
+    bool CopyFile(const std::string& /*from*/, const std::string& /*to*/) override { return false; }
+    void DeleteAllChildren() override {}
+    std::string MakeTargetPath(const std::string& /*suffix*/) override { return ""; }
+    std::string QueryOutputPath() override { return ""; }
+    void EnableZoomMenu() override {}
+    void EnableCutButton() override {}
+    void EnablePlayStopButton(bool isPlaying) override { playing = isPlaying; }
+    void EnableSaveButton() override {}
+    void EnableSceneChangeMoveButton() override {}
+    void ErrorMsg(int code) override;
+};
