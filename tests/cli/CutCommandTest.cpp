@@ -75,6 +75,13 @@ TEST_F(CutCommands, RefuseWrongUsageWithTheUsageLine) {
         {"cut", m_wav, "1", "2", m_output, "more"},
         {"cut", "--json", m_wav, "1", "2", m_output},
         {"info", "--verbose", m_wav},
+        {"scenes", m_wav, "--level"},
+        {"scenes", m_wav, "--level", "0"},
+        {"scenes", m_wav, "--level", "0.1x"},
+        {"scenes", m_wav, "--time", "soon"},
+        {"split", m_wav, m_output + "%"},
+        {"split", m_wav, "1", m_output},
+        {"split", "--time", "1", m_wav, "1", m_output + "%"},
     };
     for (const auto& call : calls) {
         const CliResult result = RunCli(call);
@@ -135,7 +142,7 @@ TEST_F(CutCommands, TakeNamesThatLookLikeSomethingElse) {
 TEST(CommandLine, HelpAndVersion) {
     const CliResult help = RunCli({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const std::string command : {"info", "extract", "cut"}) {
+    for (const std::string command : {"info", "extract", "cut", "split", "scenes"}) {
         EXPECT_NE(help.out.find("klipra-cli " + command + " "), std::string::npos);
     }
     const CliResult version = RunCli({"--version"});
