@@ -3,12 +3,14 @@
 #include "platform/SystemError.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
 constexpr std::size_t kBufferBytes = 256 * 1024;
+constexpr mode_t kPermissions = 0666; // less what the user's mask takes away
 
 std::string failure; // main thread, as the cutters
 
@@ -23,6 +25,20 @@ bool IsDevice(std::FILE* file) {
     struct stat status {};
     return fstat(fileno(file), &status) == 0 &&
            (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode));
+}
+
+// As with mode "wb", but only a file that holds something is truncated: file systems take a
+// truncated file for one that is being rewritten, and write all of it to the disk when it is
+// closed.
+int OpenEmptied(const char* path) {
+    const int descriptor = open(path, O_WRONLY | O_CREAT | O_CLOEXEC, kPermissions);
+    struct stat status {};
+    if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
+        status.st_size > 0 && ftruncate(descriptor, 0) != 0) {
+        close(descriptor);
+        return -1;
+    }
+    return descriptor;
 }
 
 } // namespace
@@ -40,7 +56,8 @@ OutputFile::OutputFile(const char* path, const char* source) : m_path(path) {
         errno = EEXIST;
         return;
     }
-    m_file = std::fopen(path, "wbe");
+    const int descriptor = OpenEmptied(path);
+    m_file = descriptor < 0 ? nullptr : fdopen(descriptor, "wb");
     if (m_file != nullptr) {
         m_buffer = std::make_unique_for_overwrite<char[]>(kBufferBytes);
         static_cast<void>(std::setvbuf(m_file, m_buffer.get(), _IOFBF, kBufferBytes));
