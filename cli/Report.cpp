@@ -18,3 +18,9 @@ void TerminalDesktop::ShowAlert(const std::string& /*headline*/, const std::stri
     }
     ReportError(line);
 }
+
+std::string TerminalDesktop::AskOutputPath(const std::string& /*folder*/,
+                                           const std::string& /*name*/,
+                                           const std::string& /*extension*/) {
+    return "";
+}

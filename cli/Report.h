@@ -10,8 +10,10 @@ void ReportError(const std::string& text);
 /// The same, about a file.
 void ReportError(const std::string& file, const std::string& problem);
 
-/// The desktop of a terminal: alerts are reported.
+/// The desktop of a terminal: alerts are reported, and nobody is asked for a file.
 class TerminalDesktop : public Desktop {
 public:
     void ShowAlert(const std::string& headline, const std::string& text) override;
+    std::string AskOutputPath(const std::string& folder, const std::string& name,
+                              const std::string& extension) override;
 };

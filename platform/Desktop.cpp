@@ -19,3 +19,9 @@ void ShowErrorMsg(const char* text) {
         std::fprintf(stderr, "%s\n", text);
     }
 }
+
+std::string AskOutputPath(const std::string& folder, const std::string& name,
+                          const std::string& extension) {
+    return installedDesktop == nullptr ? ""
+                                       : installedDesktop->AskOutputPath(folder, name, extension);
+}

@@ -14,6 +14,15 @@ public:
     /// @param headline  UTF-8
     /// @param text      UTF-8, may hold line breaks
     virtual void ShowAlert(const std::string& headline, const std::string& text) = 0;
+
+    /// Asks for a file to write to, in a save panel; returns when the person has answered. Whoever
+    /// implements it adds a missing extension and asks before an existing file is chosen.
+    /// @param folder     where the panel starts
+    /// @param name       the file name that it proposes, with the extension
+    /// @param extension  the only one allowed, without a dot: mp3 or wav
+    /// @return the path, UTF-8; empty when the person cancels
+    virtual std::string AskOutputPath(const std::string& folder, const std::string& name,
+                                      const std::string& extension) = 0;
 };
 
 /// Makes this desktop the one that answers; null for none. The caller keeps it, and keeps it alive
@@ -24,3 +33,8 @@ void InstallDesktop(Desktop* desktop);
 /// is none.
 /// @param text  UTF-8
 void ShowErrorMsg(const char* text);
+
+/// Asks for a file to write to on the installed desktop; empty where there is none. See
+/// Desktop::AskOutputPath.
+std::string AskOutputPath(const std::string& folder, const std::string& name,
+                          const std::string& extension);

@@ -8,6 +8,8 @@ namespace {
 class MockDesktop : public Desktop {
 public:
     MOCK_METHOD(void, ShowAlert, (const std::string&, const std::string&), (override));
+    MOCK_METHOD(std::string, AskOutputPath,
+                (const std::string&, const std::string&, const std::string&), (override));
 };
 
 TEST(ShowErrorMsg, ReachesTheInstalledDesktopOnly) {

@@ -4,7 +4,8 @@
 
 #include <string>
 
-/// A desktop that keeps the texts of all alerts, from its construction to its end.
+/// A desktop that keeps the texts of all alerts, from its construction to its end, and answers
+/// questions for a file as it is told.
 class AlertRecorder : public Desktop {
 public:
     AlertRecorder() { InstallDesktop(this); }
@@ -15,6 +16,13 @@ public:
     void ShowAlert(const std::string& /*headline*/, const std::string& text) override {
         texts += text;
     }
+    std::string AskOutputPath(const std::string& folder, const std::string& name,
+                              const std::string& extension) override {
+        question = folder + "|" + name + "|" + extension;
+        return answer;
+    }
 
     std::string texts;
+    std::string question; ///< the last one: folder, proposed name and extension
+    std::string answer;   ///< empty: the person cancels
 };
