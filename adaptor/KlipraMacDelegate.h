@@ -1,0 +1,37 @@
+#pragma once
+
+/// What the adaptor tells whoever shows the engine's state: a window, a terminal, a test.
+///
+/// Called on the main thread, but for the two members that say otherwise.
+class KlipraMacDelegate {
+public:
+    virtual ~KlipraMacDelegate() = default;
+
+    /// Starts the timer of the periodic redraw, afresh when it runs.
+    virtual void enableTimer() = 0;
+    virtual void disableTimer() = 0;
+
+    /// Lays the waveform out anew for a zoom factor, also when that stays the same: sets the
+    /// adaptor's wave size to the factor x the visible width, and has it create the wave image.
+    virtual void Zoom(int factor) = 0;
+
+    /// Enables the zoom commands that `maxZoom` allows.
+    virtual void enableZoomMenu() = 0;
+    /// Enables the edits that the number of defined cut positions allows.
+    virtual void EnableCutButton() = 0;
+    /// Switches the controls between playing and stopped; `playing` is set already. Main thread, or
+    /// a thread of the audio library when playback has reached the end.
+    virtual void EnablePlayStopButton(bool isPlaying) = 0;
+    /// Enables the save command when there is more than one entry.
+    virtual void EnableSaveButton() = 0;
+    /// Enables the moves between scene changes as `sceneChangePositions` allow.
+    virtual void EnableSceneChangeMoveButton() = 0;
+
+    /// Sets how many ticks of the timer still redraw the waveform while nothing plays. Main thread,
+    /// or the peak scan's when that ends; the last thing the scan does.
+    virtual void setNeedRefresh(int count) = 0;
+
+    /// Shows the history tree anew and selects an entry.
+    /// @param id  of the entry; one that is not shown, such as -1, leaves the selection alone
+    virtual void refreshHistoryOutlineView(int id) = 0;
+};

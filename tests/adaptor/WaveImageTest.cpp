@@ -1,0 +1,155 @@
+#include "tests/adaptor/RecordingDelegate.h"
+#include "tests/support/AlertRecorder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <filesystem>
+
+namespace {
+
+/// Pixels painted upwards and downwards from the centre row.
+using Bars = std::vector<std::pair<int, int>>;
+
+/// Expects the columns from x on to show these bars and nothing else.
+void ExpectBars(const WaveContext& image, int x, const Bars& bars) {
+    for (const auto& [up, down] : bars) {
+        for (int row = 0; row < 201; ++row) {
+            const int distance = std::abs(row - 100);
+            const auto red = static_cast<unsigned char>(255 * distance / 100);
+            const bool isPainted = distance > 0 && distance <= (row < 100 ? up : down);
+            const auto expected = isPainted ? std::array{red, static_cast<unsigned char>(255 - red)}
+                                            : std::array<unsigned char, 2>{};
+            const auto* const pixel = reinterpret_cast<const unsigned char*>(image.GetPixels()) +
+                                      image.GetBytesPerRow() * static_cast<std::size_t>(row) +
+                                      4 * x;
+            EXPECT_TRUE(std::equal(expected.begin(), expected.end(), pixel) && pixel[2] == 0)
+                << "column " << x << ", row " << row;
+        }
+        ++x;
+    }
+}
+
+/// The same of the whole image, once it is scanned.
+void ExpectWholeImage(const OpenedFile& file, const Bars& bars) {
+    file.delegate.AwaitScan();
+    const WaveContext& image = *file.adaptor.GetWaveContext();
+    ASSERT_EQ(image.GetSize(), (SIZE{static_cast<int>(bars.size()), 201}));
+    EXPECT_EQ(image.GetFinishedColumns(), image.GetSize().width);
+    ExpectBars(image, 0, bars);
+}
+
+TEST(WaveImage, ShowsTheLeftPeakUpwardsAndTheRightDownwards) {
+    Samples samples(std::size_t{2} * 600); // 100 sample frames a column
+    const auto left = [&](std::size_t frame) -> std::int16_t& { return samples[2 * frame]; };
+    const auto right = [&](std::size_t frame) -> std::int16_t& { return samples[2 * frame + 1]; };
+    left(0) = -32768;
+    right(99) = 16384;
+    left(150) = 131; // 0.004
+    right(150) = -1;
+    left(200) = right(299) = 8192;
+    right(599) = 32767;
+    OpenedFile file(Wav(samples, 2), 6);
+    ExpectWholeImage(file, {{100, 50}, {1, 1}, {25, 25}, {0, 0}, {0, 0}, {0, 100}});
+    const std::string calls = file.delegate.TakeCalls() + " ";
+    EXPECT_EQ(calls.find("Zoom:1 setNeedRefresh:2147483647 enableTimer "), 0U) << calls;
+    EXPECT_NE(calls.find(" setNeedRefresh:2 "), std::string::npos) << calls;
+}
+
+TEST(WaveImage, MeasuresLongColumnsToTheirEnd) {
+    Samples samples(std::size_t{4} * 20'000); // 2.5 s each
+    samples[19'999] = 16384;
+    samples[20'000] = 8192;
+    samples[48'001] = -32768;
+    samples[60'000] = 4096;
+    samples[79'999] = 8192;
+    OpenedFile file(Wav(samples), 4);
+    ExpectWholeImage(file, {{50, 50}, {25, 25}, {100, 100}, {25, 25}});
+}
+
+TEST(WaveImage, AColumnAndAZoomAreAMillisecondAtLeast) {
+    OpenedFile file(Wav(Samples(20, 16384)), 6); // 8 sample frames each
+    ExpectWholeImage(file, {{50, 50}, {50, 50}, {50, 50}, {0, 0}, {0, 0}, {0, 0}});
+    EXPECT_EQ(file.adaptor.bytesPerPixel, 16U);
+    EXPECT_EQ(file.adaptor.maxZoom, 0);
+    EXPECT_EQ(OpenedFile(SilentWav(30), 1000).adaptor.maxZoom, 30);
+    EXPECT_EQ(OpenedFile(SilentWav(130), 1000).adaptor.maxZoom, 100);
+}
+
+// Rounding one column's length must not displace the last of 100 000.
+TEST(WaveImage, ColumnsOfTenHoursLineUpWithPositions) {
+    constexpr int kSampleFrames = 36'000'000; // at 1000 a second
+    constexpr int kFramesPerColumn = 360;
+    const WavBuilder builder{.channels = 1,
+                             .rateHz = 1000,
+                             .bytesPerSecond = 2000,
+                             .blockAlign = 2,
+                             .dataSize = 2LL * kSampleFrames};
+    OpenedFile file(builder.Bytes());
+    const auto headerBytes = static_cast<std::streamoff>(builder.Header().size());
+    std::filesystem::resize_file(file.path,
+                                 static_cast<std::uintmax_t>(headerBytes + builder.dataSize));
+    std::fstream samples(file.path, std::ios::in | std::ios::out | std::ios::binary);
+    const int columns[] = {1, 50'001, 99'998};
+    for (const int column : columns) {
+        for (const int margin : {3, kFramesPerColumn - 4}) {
+            samples.seekp(headerBytes + 2LL * (column * kFramesPerColumn + margin));
+            samples << WavBuilder::Number(2, 16384);
+        }
+    }
+    samples.close();
+    file.delegate.visibleWidth = 1000;
+    file.adaptor.SetDrawSize(1000);
+    ASSERT_TRUE(file.adaptor.LoadPlayFile());
+    file.adaptor.Zoom(100);
+    file.delegate.AwaitScan();
+    EXPECT_EQ(file.adaptor.bytesPerPixel, 2U * kFramesPerColumn);
+    for (const int column : columns) {
+        ExpectBars(*file.adaptor.GetWaveContext(), column - 1, {{0, 0}, {50, 50}, {0, 0}});
+    }
+}
+
+TEST(WaveImage, ZoomChangesInARowLeaveTheLastOne) {
+    Samples samples(std::size_t{8000} * 60);
+    Bars bars;
+    for (std::size_t second = 0; second < 60; ++second) {
+        samples[second * 8000 + 4000] = static_cast<std::int16_t>(second * 512);
+        bars.emplace_back((second * 50 + 31) / 32, (second * 50 + 31) / 32);
+    }
+    OpenedFile file(Wav(samples), 60);
+    for (int factor = 20; factor >= 1; --factor) {
+        file.adaptor.Zoom(factor);
+        const WaveContext& image = *file.adaptor.GetWaveContext();
+        ASSERT_EQ(image.GetSize().width, factor * 60);
+        while (factor % 4 == 0 && image.GetFinishedColumns() < 2 * factor) {
+        } // let some of them come a little further
+        if (factor % 4 == 0) {
+            const int middle = factor + factor / 2; // of the second second
+            ExpectBars(image, middle, {bars[1]});
+        }
+    }
+    ExpectWholeImage(file, bars);
+}
+
+TEST(WaveImage, IsBlackForAFileThatCannotBeDecoded) {
+    AlertRecorder desktop;
+    OpenedFile file("not audio", 3);
+    EXPECT_EQ(desktop.texts, "コンテンツのロードに失敗しました。");
+    EXPECT_FALSE(file.adaptor.GetWaveContext());
+    file.delegate.Zoom(1);
+    ExpectWholeImage(file, {{0, 0}, {0, 0}, {0, 0}});
+    EXPECT_GT(file.adaptor.bytesPerPixel, 0U);
+}
+
+TEST(WaveImage, RefusesSizesThatNoImageHas) {
+    OpenedFile file(SilentWav(1), 3);
+    for (const int width : {0, -1, 2'000'000'000}) {
+        file.adaptor.SetWaveSize(width);
+        EXPECT_FALSE(file.adaptor.CreateWaveImage()) << width;
+        EXPECT_FALSE(file.adaptor.GetWaveContext()) << width;
+    }
+}
+
+} // namespace
