@@ -37,14 +37,15 @@ constexpr Command kCommands[] = {
      "writes the pieces between the positions; the last % in OUT becomes their number", RunSplit},
     {"scenes", "[--level L] [--time S] [--json] FILE", 1, 1, "jlt",
      "finds the quiet places: below level L (0.001) for at least S seconds (0.2)", RunScenes},
+    {"wave", "[--width W] [--zoom Z] FILE OUT.png", 2, 2, "wz",
+     "draws the waveform, W x Z (1000 x 1) pixels wide and 201 high", RunWave},
 };
 
 // Each with its letter in the table above.
 constexpr option kOptions[] = {
-    {"json", no_argument, nullptr, 'j'},
-    {"level", required_argument, nullptr, 'l'},
-    {"time", required_argument, nullptr, 't'},
-    {},
+    {"json", no_argument, nullptr, 'j'},       {"level", required_argument, nullptr, 'l'},
+    {"time", required_argument, nullptr, 't'}, {"width", required_argument, nullptr, 'w'},
+    {"zoom", required_argument, nullptr, 'z'}, {},
 };
 
 const Command* FindCommand(const char* name) {
@@ -82,6 +83,12 @@ void SetOption(Arguments& arguments, int letter, const char* value) {
         break;
     case 't':
         arguments.time = value;
+        break;
+    case 'w':
+        arguments.width = value;
+        break;
+    case 'z':
+        arguments.zoom = value;
         break;
     default:
         break;

@@ -20,6 +20,8 @@ struct Arguments {
     bool json = false;
     std::optional<std::string> level;
     std::optional<std::string> time;
+    std::optional<std::string> width;
+    std::optional<std::string> zoom;
 };
 
 /// Runs the command that the words name, results to standard output, messages to standard error.

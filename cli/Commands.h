@@ -10,3 +10,4 @@ int RunExtract(const Arguments& arguments);
 int RunCut(const Arguments& arguments);
 int RunSplit(const Arguments& arguments);
 int RunScenes(const Arguments& arguments);
+int RunWave(const Arguments& arguments);

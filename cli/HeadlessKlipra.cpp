@@ -9,6 +9,11 @@
 
 #include <cerrno>
 
+void ReportLoadFailure(const std::string& path) {
+    const bool isReadable = OpenRegularFile(path.c_str()) != nullptr;
+    ReportError(path, isReadable ? "holds no audio to decode" : SystemErrorText(errno));
+}
+
 bool HeadlessKlipra::Open(const std::string& path) {
     const std::optional<FormatType> format = GetFormat(path);
     if (!format) {
@@ -30,7 +35,5 @@ double HeadlessKlipra::ToSeconds(unsigned long long position) const {
 }
 
 void HeadlessKlipra::ErrorMsg(int /*code*/) {
-    const std::string& path = histories.front().path; // the only failure is to load it
-    const bool isReadable = OpenRegularFile(path.c_str()) != nullptr;
-    ReportError(path, isReadable ? "holds no audio to decode" : SystemErrorText(errno));
+    ReportLoadFailure(histories.front().path); // the only failure there can be
 }

@@ -4,6 +4,9 @@
 
 #include <string>
 
+/// Tells why a file could not be loaded.
+void ReportLoadFailure(const std::string& path);
+
 /// The engine without a window: opens one file to search it or to cut pieces from it. Failures are
 /// reported on standard error. Makes no edits in the history.
 class HeadlessKlipra : public Klipra {

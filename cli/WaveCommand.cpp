@@ -1,0 +1,135 @@
+#include "adaptor/KlipraMac.h"
+#include "cli/Commands.h"
+#include "cli/FileFormat.h"
+#include "cli/HeadlessKlipra.h"
+#include "cli/Operands.h"
+#include "cli/Progress.h"
+#include "cli/Report.h"
+#include "cli/WriteOutputs.h"
+#include "cli/WritePng.h"
+
+#include <algorithm>
+#include <atomic>
+#include <charconv>
+
+namespace {
+
+constexpr int kDefaultWidth = 1000;
+constexpr int kMostWidth = KlipraMac::kMaxWaveWidth / KlipraMac::kMaxZoom;
+
+/// The adaptor without a window: lays the waveform out for a visible width, and waits for its scan.
+class HeadlessAdaptor : public KlipraMacDelegate {
+public:
+    HeadlessAdaptor(FormatType format, const std::string& path, int visibleWidth)
+        : m_visibleWidth(visibleWidth), m_adaptor(this, format, path, KlipraMac::Sound::Silent) {
+        m_adaptor.SetDrawSize(visibleWidth);
+        m_adaptor.PushHistory("# " + Klipra::ExtractFilename(path), path, true, 0);
+    }
+
+    /// @return false after a failure, which has been reported
+    bool Load() {
+        const Progress progress([&] { return "Reading " + GetPath(); });
+        return m_adaptor.LoadPlayFile();
+    }
+
+    /// Zooms and scans to the end.
+    /// @return false after a failure, which has been reported
+    bool Scan(int factor) {
+        const int most = std::max(m_adaptor.maxZoom, 1);
+        if (factor > most) {
+            ReportError(GetPath(), "too short for zoom " + std::to_string(factor) +
+                                       ": at this width at most " + std::to_string(most));
+            return false;
+        }
+        if (factor != m_adaptor.zoom) {
+            m_adaptor.Zoom(factor);
+        }
+        if (!m_adaptor.GetWaveContext()) {
+            ReportError("out of memory");
+            return false;
+        }
+        const Progress progress([&] { return DescribeScan(); });
+        m_needRefresh.wait(KlipraMac::kRefreshWhileScanning);
+        return true;
+    }
+
+    const WaveContext& GetImage() const { return *m_adaptor.GetWaveContext(); }
+
+    void Zoom(int factor) override {
+        m_adaptor.SetWaveSize(factor * m_visibleWidth);
+        m_adaptor.CreateWaveImage();
+    }
+    void setNeedRefresh(int count) override {
+        m_needRefresh = count;
+        m_needRefresh.notify_all();
+    }
+
+    // There are no controls.
+    void enableTimer() override {}
+    void disableTimer() override {}
+    void enableZoomMenu() override {}
+    void EnableCutButton() override {}
+    void EnablePlayStopButton(bool /*isPlaying*/) override {}
+    void EnableSaveButton() override {}
+    void EnableSceneChangeMoveButton() override {}
+    void refreshHistoryOutlineView(int /*id*/) override {}
+
+private:
+    /// Says in English what is wrong with the file.
+    class EnglishAdaptor : public KlipraMac {
+    public:
+        using KlipraMac::KlipraMac;
+        void ErrorMsg(int /*code*/) override { ReportLoadFailure(histories.front().path); }
+    };
+
+    const std::string& GetPath() const { return m_adaptor.histories.front().path; }
+
+    std::string DescribeScan() const {
+        const int percent = GetImage().GetFinishedColumns() * 100 / GetImage().GetSize().width;
+        return "Measuring " + GetPath() + ": " + std::to_string(percent) + " %";
+    }
+
+    const int m_visibleWidth;
+    std::atomic<int> m_needRefresh{0}; // scan -> main: that the scan has ended
+    EnglishAdaptor m_adaptor;          // last: its scan uses the others
+};
+
+/// The whole number from 1 to `most` that an option means.
+int CountOption(const std::optional<std::string>& text, int otherwise, int most) {
+    if (!text) {
+        return otherwise;
+    }
+    int count = 0;
+    const char* const end = text->data() + text->size();
+    const auto [stop, error] = std::from_chars(text->data(), end, count);
+    if (error != std::errc() || stop != end || count < 1 || count > most) {
+        throw UsageError("'" + *text + "' is not a whole number from 1 to " + std::to_string(most));
+    }
+    return count;
+}
+
+} // namespace
+
+int RunWave(const Arguments& arguments) {
+    const int width = CountOption(arguments.width, kDefaultWidth, kMostWidth);
+    const int zoom = CountOption(arguments.zoom, 1, KlipraMac::kMaxZoom);
+    const std::string& source = arguments.operands[0];
+    const std::string& output = arguments.operands[1];
+    const std::optional<FormatType> format = GetFormat(source);
+    if (!format) {
+        ReportError(source, kUnknownFormat);
+        return kFailed;
+    }
+    HeadlessAdaptor adaptor(*format, source, width);
+    if (!adaptor.Load() || !adaptor.Scan(zoom)) {
+        return kFailed;
+    }
+    const auto write = [&](std::size_t /*index*/, const std::string& path) {
+        const std::error_code error = WritePng(adaptor.GetImage(), path);
+        if (error) {
+            ReportError(output, error.message());
+        }
+        return !error;
+    };
+    return WriteOutputs(source, {output}, write) ? kDone : kFailed;
+}
