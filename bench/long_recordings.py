@@ -28,23 +28,23 @@ XING_TABLE_SIZE = 100
 XING_FRAME_BITRATE_INDEX = 9  # 128 kbit/s: the first size with room for all fields
 
 
-def mp3(directory, name, lame_options, with_xing_header):
-    """The path of a 10-hour MP3 encoded with the given options; built unless it is there."""
+def mp3(directory, name, lame_options, with_xing_header, hours=HOURS):
+    """The path of an MP3 encoded with the given options; built unless it is there."""
     path = directory / name
     if not path.exists():
         frames = split_frames(encode_clip(directory, lame_options))
         print(f"Building {path.relative_to(ROOT)}")
-        write_whole(path, mp3_pieces(frames, with_xing_header))
+        write_whole(path, mp3_pieces(frames, with_xing_header, hours))
     return path
 
 
-def wav(directory, name):
-    """The path of a 3 GB stereo WAV of 16 bits; built unless it is there."""
+def wav(directory, name, size=WAV_BYTES):
+    """The path of a stereo WAV of 16 bits with so many bytes of samples; built unless it is there."""
     path = directory / name
     if not path.exists():
         rate_hz, samples = read_samples(decode_clip(directory))
         print(f"Building {path.relative_to(ROOT)}")
-        write_whole(path, wav_pieces(rate_hz, samples))
+        write_whole(path, wav_pieces(rate_hz, samples, size))
     return path
 
 
@@ -98,10 +98,10 @@ def split_frames(stream):
     return frames
 
 
-def mp3_pieces(clip_frames, with_xing_header):
-    """The stream of a 10-hour file, piece by piece."""
+def mp3_pieces(clip_frames, with_xing_header, hours):
+    """The stream of a file of so many hours, piece by piece."""
     sample_rate_hz = SAMPLE_RATES_HZ[clip_frames[0][2] >> 2 & 3]
-    frame_count = HOURS * 3600 * sample_rate_hz // SAMPLES_PER_FRAME
+    frame_count = hours * 3600 * sample_rate_hz // SAMPLES_PER_FRAME
     repeats, rest = divmod(frame_count, len(clip_frames))
     if with_xing_header:
         sizes = map(len, itertools.islice(itertools.cycle(clip_frames), frame_count))
@@ -143,14 +143,14 @@ def read_samples(path):
         return reader.getframerate(), reader.readframes(reader.getnframes())
 
 
-def wav_pieces(rate_hz, samples):
-    """A canonical WAV file of WAV_BYTES bytes of samples, piece by piece."""
+def wav_pieces(rate_hz, samples, size):
+    """A canonical WAV file of so many bytes of samples, piece by piece."""
     block_align = 4
-    yield struct.pack("<4sI4s", b"RIFF", 36 + WAV_BYTES, b"WAVE")
+    yield struct.pack("<4sI4s", b"RIFF", 36 + size, b"WAVE")
     yield struct.pack(
         "<4sIHHIIHH", b"fmt ", 16, 1, 2, rate_hz, rate_hz * block_align, block_align, 16
     )
-    yield struct.pack("<4sI", b"data", WAV_BYTES)
-    repeats, rest = divmod(WAV_BYTES, len(samples))
+    yield struct.pack("<4sI", b"data", size)
+    repeats, rest = divmod(size, len(samples))
     yield from itertools.repeat(samples, repeats)
     yield samples[:rest]

@@ -9,6 +9,7 @@ from pathlib import Path
 import long_recordings
 
 TEN_MINUTES = 600
+HOUR_OF_WAV_BYTES = 3600 * 44100 * 4
 MEMORY_BOUND_MB = 20
 
 
@@ -67,6 +68,13 @@ class Bench:
     def wav(self):
         path = long_recordings.wav(self.directory, "pcm.wav")
         return Recording(path, long_recordings.wav_seconds(path), bounded=False)
+
+    def hour_of_mp3(self):
+        options = ["--cbr", "-b", "128"]
+        return long_recordings.mp3(self.directory, "hour.mp3", options, False, hours=1)
+
+    def hour_of_wav(self):
+        return long_recordings.wav(self.directory, "hour.wav", HOUR_OF_WAV_BYTES)
 
     def edit(self, operation, recording, span):
         """The program's command, the file that it writes and where a copy of that is kept."""
@@ -127,6 +135,20 @@ def join_pieces(bench, recording, cut_span, result):
     return Peer("ffmpeg -c copy", ffmpeg(source, result), recording.bound(1 / 3))
 
 
+def wave(bench, path, cores, mpg123_bound=None):
+    """Draws the waveform on so many cores. mpg123 decodes an MP3 and does nothing with it."""
+    result = bench.directory / "result.png"
+    on_cores = ["taskset", "-c", f"0-{cores - 1}"]
+    draw = ["-filter_complex", "showwavespic=s=1000x201", "-frames:v", 1, result]
+    showwavespic = [*on_cores, "ffmpeg", "-v", "error", "-nostdin", "-y", "-i", path, *draw]
+    peers = [Peer("showwavespic", showwavespic, same_result=False)]
+    if mpg123_bound is not None:
+        decode = [*on_cores, "mpg123", "-q", "-t", path]
+        peers.insert(0, Peer("mpg123 -t", decode, mpg123_bound, same_result=False))
+    command = [*on_cores, bench.program, "wave", path, result]
+    return Work(command, result, bench.directory / "result-copy.png", peers)
+
+
 def ffmpeg(source, result):
     return ["ffmpeg", "-v", "error", "-nostdin", "-y", *source, "-c", "copy", result]
 
@@ -147,4 +169,7 @@ WORKS = {
     "wav extract": lambda bench: extract(bench, bench.wav()),
     "wav cut": lambda bench: cut(bench, bench.wav()),
     "wav cut 10 min": lambda bench: cut_ten_minutes(bench, bench.wav()),
+    "mp3 wave 2 cores": lambda bench: wave(bench, bench.hour_of_mp3(), 2, 0.65),
+    "mp3 wave 1 core": lambda bench: wave(bench, bench.hour_of_mp3(), 1, 1.05),
+    "wav wave 2 cores": lambda bench: wave(bench, bench.hour_of_wav(), 2),
 }
