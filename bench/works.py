@@ -28,9 +28,10 @@ class Work:
     """A row of the comparison. Every command writes the same file, anew in each run."""
 
     command: list
-    result: Path
-    result_copy: Path  # klipra-cli's result of the warm-up, for peers that copy the same bytes
+    result: Path | None  # none where nothing is written
+    result_copy: Path | None  # our result of the warm-up, for peers that copy the same bytes
     peers: list
+    program: Path = Path("klipra-cli")  # to be named in the table
     memory_bound_mb: float = MEMORY_BOUND_MB
 
 
@@ -98,10 +99,11 @@ def extract(bench, recording):
 
 
 def cut_ten_minutes(bench, recording):
-    """Takes ten minutes out of the middle: nearly everything is written."""
+    """Takes ten minutes out of the middle: nearly everything is written, and where no header tells
+    the number of frames they are counted first."""
     command, result, result_copy = bench.edit("cut", recording, recording.half_time())
     peers = [
-        Peer("cp", ["cp", result_copy, result], recording.bound(2)),
+        Peer("cp", ["cp", result_copy, result]),
         join_pieces(bench, recording, recording.half_time(), result),
     ]
     return Work(command, result, result_copy, peers)
@@ -135,10 +137,34 @@ def join_pieces(bench, recording, cut_span, result):
     return Peer("ffmpeg -c copy", ffmpeg(source, result), recording.bound(1 / 3))
 
 
+def scenes(bench, path, cores, mpg123_bound):
+    """Finds the quiet places on so many cores. mpg123 decodes and does nothing with it."""
+    on_cores = use_cores(cores)
+    silence = ["-af", "silencedetect=noise=0.001:d=0.2", "-f", "null", "-"]
+    peers = [
+        Peer("mpg123 -t", [*on_cores, "mpg123", "-q", "-t", path], mpg123_bound),
+        Peer("silencedetect", [*on_cores, "ffmpeg", "-v", "error", "-nostdin", "-i", path, *silence]),
+        Peer("mp3splt -s -P", [*on_cores, "mp3splt", "-Q", "-s", "-P", path]),
+    ]
+    return Work([*on_cores, bench.program, "scenes", path], None, None, peers)
+
+
+def open_stream(bench, recording):
+    """Opens a stream and knows its exact length, twice: the second time it is known already."""
+    program = bench.program.parent / "klipra-open-stream"
+    result = bench.directory / "result.mp3"
+    peers = [Peer("cp", ["cp", recording.path, result], 0.75, same_result=False)]
+    return Work([program, recording.path], result, None, peers, program=program)
+
+
+def use_cores(count):
+    return ["taskset", "-c", f"0-{count - 1}"]
+
+
 def wave(bench, path, cores, mpg123_bound=None):
     """Draws the waveform on so many cores. mpg123 decodes an MP3 and does nothing with it."""
     result = bench.directory / "result.png"
-    on_cores = ["taskset", "-c", f"0-{cores - 1}"]
+    on_cores = use_cores(cores)
     draw = ["-filter_complex", "showwavespic=s=1000x201", "-frames:v", 1, result]
     showwavespic = [*on_cores, "ffmpeg", "-v", "error", "-nostdin", "-y", "-i", path, *draw]
     peers = [Peer("showwavespic", showwavespic, same_result=False)]
@@ -169,6 +195,10 @@ WORKS = {
     "wav extract": lambda bench: extract(bench, bench.wav()),
     "wav cut": lambda bench: cut(bench, bench.wav()),
     "wav cut 10 min": lambda bench: cut_ten_minutes(bench, bench.wav()),
+    "cbr open": lambda bench: open_stream(bench, bench.cbr()),
+    "vbr open": lambda bench: open_stream(bench, bench.vbr()),
+    "scenes 2 cores": lambda bench: scenes(bench, bench.hour_of_mp3(), 2, 0.65),
+    "scenes 1 core": lambda bench: scenes(bench, bench.hour_of_mp3(), 1, 1.05),
     "mp3 wave 2 cores": lambda bench: wave(bench, bench.hour_of_mp3(), 2, 0.65),
     "mp3 wave 1 core": lambda bench: wave(bench, bench.hour_of_mp3(), 1, 1.05),
     "wav wave 2 cores": lambda bench: wave(bench, bench.hour_of_wav(), 2),

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -38,17 +39,21 @@ struct Written {
 /// Walks over the frames of a file, one at a time.
 class FrameWalk {
 public:
-    explicit FrameWalk(CMPAFile& file)
-        : m_file(file), m_frame(file.FindFrame(CMPAFile::First, nullptr, 0)) {}
+    explicit FrameWalk(CMPAFile& file) : m_file(file) {
+        file.FindFrame(CMPAFile::First, nullptr, 0, *m_current);
+    }
+    FrameWalk(const FrameWalk&) = delete;
+    FrameWalk& operator=(const FrameWalk&) = delete;
 
     // Null at the end of the audio, where it stays.
-    CMPAFrame* Current() { return m_frame ? &*m_frame : nullptr; }
+    CMPAFrame* Current() { return *m_current ? &**m_current : nullptr; }
 
     bool Step() {
-        if (m_frame) {
-            m_frame = m_file.FindFrame(CMPAFile::Next, &*m_frame, 0);
+        if (*m_current) {
+            m_file.FindFrame(CMPAFile::Next, Current(), 0, *m_next);
+            std::swap(m_current, m_next);
         }
-        return m_frame.has_value();
+        return m_current->has_value();
     }
 
     void Skip(long long frames) {
@@ -73,7 +78,10 @@ public:
 
 private:
     CMPAFile& m_file;
-    std::optional<CMPAFrame> m_frame;
+    // A frame and the one after it take turns, so that none is moved.
+    std::optional<CMPAFrame> m_frames[2];
+    std::optional<CMPAFrame>* m_current = &m_frames[0];
+    std::optional<CMPAFrame>* m_next = &m_frames[1];
 };
 
 // In single precision throughout, the product first: where a frame boundary falls is part of what a
@@ -177,8 +185,9 @@ bool UpdateVBRHeader(CVBRHeader& header, const Written& written) {
 }
 
 bool WriteAudio(CMPAFile& file, float start, float end, bool keep) {
-    const std::optional<CMPAFrame> first = file.FindFrame(CMPAFile::First, nullptr, 0);
-    if (!first) {
+    FrameWalk walk(file);
+    const CMPAFrame* first = walk.Current();
+    if (first == nullptr) {
         SetCutFailure("no frame found");
         return false;
     }

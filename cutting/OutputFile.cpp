@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <stdio_ext.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -61,6 +62,7 @@ OutputFile::OutputFile(const char* path, const char* source) : m_path(path) {
     if (m_file != nullptr) {
         m_buffer = std::make_unique_for_overwrite<char[]>(kBufferBytes);
         static_cast<void>(std::setvbuf(m_file, m_buffer.get(), _IOFBF, kBufferBytes));
+        __fsetlocking(m_file, FSETLOCKING_BYCALLER); // one thread writes, a frame at a time
     }
 }
 

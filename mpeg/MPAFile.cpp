@@ -52,17 +52,17 @@ void CMPAFile::CalcBytesPerSec() {
 }
 
 unsigned int CMPAFile::EstimateBitrateBps() {
-    std::optional<CMPAFrame> walked;
-    const CMPAFrame* frame = m_firstFrame.get();
-    for (int i = 0; i < kQuietFrames && frame->GetHeader()->GetBitrateBps() <= kQuietBitrateBps;
+    std::optional<CMPAFrame> walked = *m_firstFrame;
+    std::optional<CMPAFrame> next;
+    for (int i = 0; i < kQuietFrames && walked->GetHeader()->GetBitrateBps() <= kQuietBitrateBps;
          ++i) {
-        walked = FindFrame(Next, frame, 0);
-        if (!walked) {
+        FindFrame(Next, &*walked, 0, next);
+        if (!next) {
             return m_firstFrame->GetHeader()->GetBitrateBps();
         }
-        frame = &*walked;
+        walked = next;
     }
-    return frame->GetHeader()->GetBitrateBps();
+    return walked->GetHeader()->GetBitrateBps();
 }
 
 CMPAFrame* CMPAFile::GetFrame(GetType type, CMPAFrame* frame, bool deleteOldFrame,
@@ -70,15 +70,16 @@ CMPAFrame* CMPAFile::GetFrame(GetType type, CMPAFrame* frame, bool deleteOldFram
     if (type > Resync || (frame == nullptr && (type == Next || type == Prev))) {
         return nullptr;
     }
-    const std::optional<CMPAFrame> found = FindFrame(type, frame, offset);
+    std::optional<CMPAFrame> found;
+    FindFrame(type, frame, offset, found);
     if (deleteOldFrame) {
         delete frame;
     }
     return found ? new CMPAFrame(*found) : nullptr;
 }
 
-std::optional<CMPAFrame> CMPAFile::FindFrame(GetType type, const CMPAFrame* frame,
-                                             long long offset) {
+void CMPAFile::FindFrame(GetType type, const CMPAFrame* frame, long long offset,
+                         std::optional<CMPAFrame>& found) {
     const CMPAHeader* compareHeader = m_firstFrame->GetHeader();
     switch (type) {
     case First:
@@ -99,9 +100,12 @@ std::optional<CMPAFrame> CMPAFile::FindFrame(GetType type, const CMPAFrame* fram
         break;
     }
     try {
-        return CMPAFrame(m_stream.get(), offset, true, type == Next, type == Last || type == Prev,
-                         compareHeader);
+        found.emplace(m_stream.get(), offset, true, type == Next, type == Last || type == Prev,
+                      compareHeader);
     } catch (const CMPAException&) {
-        return type == Next ? FindFrame(Resync, nullptr, offset) : std::nullopt;
+        found.reset();
+        if (type == Next) {
+            FindFrame(Resync, nullptr, offset, found);
+        }
     }
 }

@@ -42,8 +42,11 @@ public:
     /// but bad_alloc.
     CMPAFrame* GetFrame(GetType type, CMPAFrame* frame, bool deleteOldFrame, long long offset);
 
-    /// GetFrame for a walk over many frames: by value, and the frame passed in stays.
-    std::optional<CMPAFrame> FindFrame(GetType type, const CMPAFrame* frame, long long offset);
+    /// GetFrame for a walk over many frames: the frame passed in stays, and the one found is made
+    /// where the caller wants it.
+    /// @param found  out: the frame, or none; not the one that holds the frame passed in
+    void FindFrame(GetType type, const CMPAFrame* frame, long long offset,
+                   std::optional<CMPAFrame>& found);
 
     unsigned int GetBytesPerSec() const { return m_bytesPerSec; }
     CMPAStream* GetStream() const { return m_stream.get(); }
