@@ -10,7 +10,7 @@ bool CopyFileReplacing(const std::string& from, const std::string& to) {
     if (!fs::is_regular_file(from, error) || fs::equivalent(from, to, error)) {
         return false;
     }
-    FileReplacement replacement(to);
+    FileReplacement replacement(to, from);
     const std::string& path = replacement.GetPath();
     if (path.empty()) {
         return false;

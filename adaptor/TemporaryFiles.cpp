@@ -1,5 +1,7 @@
 #include "adaptor/TemporaryFiles.h"
 
+#include "platform/FileReplacement.h"
+
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -49,7 +51,8 @@ void TemporaryFiles::DeleteAll() const {
     // All names first: what a listing does while files go away is not defined.
     for (fs::directory_iterator entry(m_folder, error), end; !error && entry != end;
          entry.increment(error)) {
-        if (entry->path().filename().string().starts_with(m_prefix)) {
+        const std::string name = entry->path().filename().string();
+        if (name.starts_with(m_prefix) || name.starts_with(FileReplacement::HiddenPrefix())) {
             found.push_back(entry->path());
         }
     }

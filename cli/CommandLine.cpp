@@ -11,7 +11,6 @@
 #include <getopt.h>
 #include <iterator>
 #include <limits>
-#include <new>
 
 namespace {
 
@@ -129,8 +128,8 @@ int RunCommand(const Command& command, int argc, char** argv) {
     } catch (const UsageError& e) {
         return RefuseUsage(e.what(),
                            std::string("klipra-cli ") + command.name + " " + command.operands);
-    } catch (const std::bad_alloc&) {
-        ReportError("out of memory");
+    } catch (const std::exception& e) { // no memory, no thread
+        ReportError(e.what());
         return kFailed;
     }
 }

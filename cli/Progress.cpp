@@ -1,5 +1,7 @@
 #include "cli/Progress.h"
 
+#include "cli/Report.h"
+
 #include <chrono>
 #include <cstdio>
 #include <unistd.h>
@@ -8,7 +10,6 @@ namespace {
 
 constexpr auto kPatience = std::chrono::milliseconds(500);
 constexpr auto kInterval = std::chrono::milliseconds(100);
-constexpr char kWipeLine[] = "\r\033[K";
 
 } // namespace
 

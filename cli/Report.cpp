@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <unistd.h>
 
 void ReportError(const std::string& text) {
-    std::fprintf(stderr, "klipra-cli: %s\n", text.c_str());
+    // What stands on the line is how far the work was.
+    const char* wipeLine = isatty(STDERR_FILENO) != 0 ? kWipeLine : "";
+    std::fprintf(stderr, "%sklipra-cli: %s\n", wipeLine, text.c_str());
 }
 
 void ReportError(const std::string& file, const std::string& problem) {

@@ -4,6 +4,9 @@
 
 #include <string>
 
+/// Takes a terminal back to the beginning of a line and wipes it.
+inline constexpr char kWipeLine[] = "\r\033[K";
+
 /// Tells on standard error what went wrong: one line, led by the program's name.
 void ReportError(const std::string& text);
 

@@ -70,7 +70,7 @@ int RunSplit(const Arguments& arguments) {
     }
     const auto write = [&](std::size_t index, const std::string& path) {
         const unsigned long long start = index == 0 ? 0 : points[index - 1].position;
-        // The last piece is what remains without everything before it, whatever the length says.
+        // The last piece is what remains without everything before it, as in the window.
         return index == points.size()
                    ? engine.CutToFile(false, source, path, 0, start)
                    : engine.CutToFile(true, source, path, start, points[index].position);

@@ -5,7 +5,6 @@
 #include "platform/SystemError.h"
 
 #include <cerrno>
-#include <filesystem>
 
 Json DescribeWAV(const std::string& path, std::string& error) {
     const FilePointer file = OpenRegularFile(path.c_str());
@@ -23,7 +22,7 @@ Json DescribeWAV(const std::string& path, std::string& error) {
             {{"id", BytesToJson(chunk.id)}, {"offset", chunk.offset}, {"size", chunk.size}});
     }
     return {{"format", "wav"},
-            {"size", std::filesystem::file_size(path)},
+            {"size", layout.fileSize},
             {"format_tag", layout.formatTag},
             {"channels", layout.channels},
             {"sample_rate", layout.samplesPerSecond},

@@ -27,7 +27,7 @@ bool MakeReplacements(const std::string& source, const std::vector<std::string>&
             ReportError(output, "this is the input itself");
             return false;
         }
-        const FileReplacement& replacement = replacements.emplace_back(output);
+        const FileReplacement& replacement = replacements.emplace_back(output, source);
         if (replacement.GetPath().empty()) {
             ReportError(output, replacement.GetError().message());
             return false;

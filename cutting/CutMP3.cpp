@@ -272,9 +272,11 @@ int WriteFrame(CMPAFile* file, CMPAFrame* frame, int total, int index, int bytes
 
 int GetFrameCount(CMPAFile* file) {
     const CVBRHeader* header = file->GetVBRHeader();
-    return header != nullptr && header->GetFrameCount() != 0
-               ? static_cast<int>(header->GetFrameCount())
-               : CountFrames(file);
+    if (header == nullptr || header->GetFrameCount() == 0) {
+        return CountFrames(file);
+    }
+    constexpr unsigned int kMost = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(header->GetFrameCount(), kMost));
 }
 
 int CountFrames(CMPAFile* file) {

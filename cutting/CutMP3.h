@@ -10,8 +10,8 @@ class CVBRHeader;
 /// frames, byte for byte, between the tags of the source. A VBR header keeps its frame and is
 /// rewritten to describe the new file.
 ///
-/// Without a VBR header the source's first frame is not copied. Both boundary frames of a range
-/// that is cut out stay in the file.
+/// Without a VBR header the source's first frame is not copied. Of a range that is cut out both
+/// boundary frames stay, and the source's last frame goes.
 ///
 /// @param src    the source, only read
 /// @param dst    the output; an existing file is overwritten. Not the source itself
@@ -34,9 +34,11 @@ bool CutMP3File(const char* src, const char* dst, float start, float end, bool k
 int WriteFrame(CMPAFile* file, CMPAFrame* frame, int total, int index, int bytesBefore);
 
 /// The number of frames after the first one: from the VBR header, or counted where that has none.
+/// Throws CMPAException when the file cannot be read.
 int GetFrameCount(CMPAFile* file);
 
-/// Counts the frames after the first one by a walk to the end of the audio.
+/// Counts the frames after the first one by a walk to the end of the audio. Throws CMPAException
+/// when the file cannot be read.
 int CountFrames(CMPAFile* file);
 
 /// Writes the header's counts and, for Xing/Info, a seek table made from its rewrite table into the

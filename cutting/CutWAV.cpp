@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <exception>
 #include <limits>
 #include <memory>
 
@@ -67,6 +68,7 @@ long long CopySamples(const WAVLayout& layout, const ByteRange& range, bool keep
 
 bool WriteSize(long long offset, long long size) {
     if (size > std::numeric_limits<std::uint32_t>::max()) {
+        SetCutFailure("the result is too large for a WAV file");
         return false;
     }
     unsigned char bytes[4];
@@ -89,6 +91,10 @@ bool WriteCut(float start, float end, bool keep) {
         return false;
     }
     const long long copied = CopySamples(layout, SampleBytes(layout, start, end), keep);
+    if (std::ferror(ih) != 0) {
+        SetCutFailure("cannot read the source: " + SystemErrorText(errno));
+        return false;
+    }
     constexpr long long kSizeInHeader = 4;
     return WriteSize(kSizeInHeader, layout.DataOffset() + copied - WAVLayout::kChunkHeaderSize) &&
            WriteSize(layout.DataOffset() - kSizeInHeader, copied);
@@ -110,7 +116,12 @@ bool CutWAVFile(const char* src, const char* dst, float start, float end, bool k
     }
     ih = source.get();
     oh = output.GetHandle();
-    const bool result = WriteCut(start, end, keep);
+    bool result = false;
+    try {
+        result = WriteCut(start, end, keep);
+    } catch (const std::exception& e) {
+        SetCutFailure(e.what());
+    }
     ih = nullptr;
     oh = nullptr;
     return output.Close(result);

@@ -5,8 +5,8 @@
 /// there is not copied.
 ///
 /// Times become bytes in single precision and are rounded down to a sample frame. An end beyond the
-/// samples means the end of the file. Samples that the file declares but does not hold are left
-/// out.
+/// samples is taken as it stands: what follows them in the file is then read as samples. Of a file
+/// that ends before the range does, whole blocks (see OutputData) are copied.
 ///
 /// @param src    the source, only read; up to 4 GiB
 /// @param dst    the output; an existing file is overwritten. Not the source itself

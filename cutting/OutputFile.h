@@ -30,4 +30,6 @@ private:
 /// Why the last cut returned false, in English; empty when ShowErrorMsg has told it, and after a
 /// cut that succeeded.
 const std::string& CutFailure();
+
+/// For the cutters: what CutFailure returns from now on.
 void SetCutFailure(const std::string& reason);

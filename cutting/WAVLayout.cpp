@@ -29,8 +29,9 @@ long long FileSize(std::FILE* file) {
 /// Reads the layout from front to back. Each step tells what is wrong, or nothing.
 class LayoutReader {
 public:
-    LayoutReader(std::FILE* file, WAVLayout& layout)
-        : m_file(file), m_layout(layout), m_fileSize(FileSize(file)) {}
+    LayoutReader(std::FILE* file, WAVLayout& layout) : m_file(file), m_layout(layout) {
+        m_layout.fileSize = FileSize(file);
+    }
 
     const char* ReadAll() {
         const char* error = ReadRIFFHeader();
@@ -85,7 +86,7 @@ private:
     const char* SkipPayloadAndReadChunk() {
         const WAVChunk& chunk = m_layout.chunks.back();
         const long long payload = chunk.offset + WAVLayout::kChunkHeaderSize;
-        if (chunk.size > m_fileSize - payload) {
+        if (chunk.size > m_layout.fileSize - payload) {
             return "the WAV file ends before its samples";
         }
         long long next = payload + chunk.size;
@@ -115,7 +116,6 @@ private:
 
     std::FILE* m_file;
     WAVLayout& m_layout;
-    long long m_fileSize;
 };
 
 } // namespace

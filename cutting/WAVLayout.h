@@ -22,6 +22,7 @@ struct WAVLayout {
     std::int16_t blockAlign = 0; // bytes of one sample frame
     std::uint16_t bitsPerSample = 0;
     std::vector<WAVChunk> chunks;
+    long long fileSize = 0; // bytes
 
     long long DataOffset() const { return chunks.back().offset + kChunkHeaderSize; }
     std::uint32_t DataSize() const {

@@ -34,7 +34,7 @@ bool Klipra::CutExec(bool keep, const std::string& source, const std::string& ta
     if (isOpenedFile || IsSameFile(target, source)) {
         return false;
     }
-    FileReplacement replacement(target);
+    FileReplacement replacement(target, source);
     return !replacement.GetPath().empty() &&
            CutToFile(keep, source, replacement.GetPath(), start, end) && replacement.Commit();
 }

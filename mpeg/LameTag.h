@@ -32,7 +32,7 @@ public:
     unsigned char GetRevision() const { return m_revision; }       ///< 0x00, 0x10, ... 0xF0
     unsigned char GetVBRMethod() const { return m_vbrMethod; }     ///< index of m_szVBRInfo
 
-    static const char* const m_szVBRInfo[10];
+    static const char* const m_szVBRInfo[10]; ///< by VBR method
 
 private:
     std::string m_encoder;

@@ -71,7 +71,11 @@ CMPAFrame* CMPAFile::GetFrame(GetType type, CMPAFrame* frame, bool deleteOldFram
         return nullptr;
     }
     std::optional<CMPAFrame> found;
-    FindFrame(type, frame, offset, found);
+    try {
+        FindFrame(type, frame, offset, found);
+    } catch (const CMPAException&) {
+        found.reset();
+    }
     if (deleteOldFrame) {
         delete frame;
     }
@@ -102,8 +106,11 @@ void CMPAFile::FindFrame(GetType type, const CMPAFrame* frame, long long offset,
     try {
         found.emplace(m_stream.get(), offset, true, type == Next, type == Last || type == Prev,
                       compareHeader);
-    } catch (const CMPAException&) {
+    } catch (const CMPAException& e) {
         found.reset();
+        if (e.GetErrorID() == CMPAException::CantReadFromFile) {
+            throw;
+        }
         if (type == Next) {
             FindFrame(Resync, nullptr, offset, found);
         }

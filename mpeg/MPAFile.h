@@ -45,6 +45,8 @@ public:
     /// GetFrame for a walk over many frames: the frame passed in stays, and the one found is made
     /// where the caller wants it.
     /// @param found  out: the frame, or none; not the one that holds the frame passed in
+    /// Throws CMPAException (CantReadFromFile) when the file cannot be read on, which is not its
+    /// end.
     void FindFrame(GetType type, const CMPAFrame* frame, long long offset,
                    std::optional<CMPAFrame>& found);
 

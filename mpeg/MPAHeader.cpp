@@ -99,6 +99,7 @@ std::optional<CMPAException::ErrorIDs> CMPAHeader::Decode(const unsigned char* b
     m_channelMode = bytes[3] >> 6;
     m_modeExtension = bytes[3] >> 4 & 0x03U;
     m_bound = kSubbands;
+    m_allocationTable = 0;
     if (m_channelMode == kJointStereo) {
         m_bound = static_cast<unsigned short>(4 * m_modeExtension + 4);
     }

@@ -2,6 +2,7 @@
 
 #include "mpeg/MPAStream.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 

@@ -12,20 +12,31 @@
 
 namespace {
 
-constexpr mode_t kDefaultPermissions = 0666; // less what the user's mask takes away
+constexpr mode_t kMostPermissions = 0666; // of a new file, less what the user's mask takes away
 constexpr int kAttempts = 100;
 
 std::string HiddenNameBeside(const std::string& target) {
     std::random_device random;
-    const std::string name = ".klipra-" + std::to_string(getpid()) + "-" + std::to_string(random());
+    const std::string name = FileReplacement::HiddenPrefix() + std::to_string(random());
     return std::filesystem::path(target).replace_filename(name).string();
+}
+
+mode_t PermissionsLike(const std::string& source) {
+    struct stat status {};
+    return stat(source.c_str(), &status) == 0 ? status.st_mode & kMostPermissions
+                                              : kMostPermissions;
 }
 
 } // namespace
 
-FileReplacement::FileReplacement(const std::string& target) : m_target(target) {
+std::string FileReplacement::HiddenPrefix() {
+    return ".klipra-" + std::to_string(getpid()) + "-";
+}
+
+FileReplacement::FileReplacement(const std::string& target, const std::string& source)
+    : m_target(target) {
     if (CheckTarget()) {
-        Create();
+        Create(source);
     }
 }
 
@@ -55,12 +66,13 @@ bool FileReplacement::CheckTarget() {
     return !m_error;
 }
 
-void FileReplacement::Create() {
+void FileReplacement::Create(const std::string& source) {
+    // Its owner has to be able to write it, whatever the source allows.
+    const mode_t permissions = m_permissions.value_or(PermissionsLike(source) | S_IWUSR);
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         const std::string path = HiddenNameBeside(m_target);
         const int descriptor =
-            open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                 m_permissions.value_or(kDefaultPermissions));
+            open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, permissions);
         if (descriptor >= 0) {
             m_path = path;
             m_error.clear();

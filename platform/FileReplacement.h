@@ -9,14 +9,18 @@
 /// is not.
 ///
 /// The new file stands beside its target under a hidden name that nothing had before, so that no
-/// link planted there is followed and the last step is a rename: at every moment the target is
-/// either the old file whole, or absent as before, or the new file whole.
+/// link planted there is followed and the last step is a rename: as long as the system runs the
+/// target is either the old file whole, or absent as before, or the new file whole.
 class FileReplacement {
 public:
-    /// Makes the new file, empty, with the target's permissions where there is a target.
+    /// How the names of this process's new files begin, in whatever folder.
+    static std::string HiddenPrefix();
+
+    /// Makes the new file, empty, with the target's permissions where there is a target, otherwise
+    /// with those of the source, so that what is made of a private file is private.
     /// Fails, see GetError, when the target exists but is no regular file or not writable, or when
     /// no file can be made in its folder.
-    explicit FileReplacement(const std::string& target);
+    FileReplacement(const std::string& target, const std::string& source);
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
 
@@ -34,7 +38,7 @@ public:
 
 private:
     bool CheckTarget();
-    void Create();
+    void Create(const std::string& source);
 
     std::string m_target;
     std::string m_path;

@@ -19,13 +19,13 @@ TEST(FileReplacement, TakesTheTargetsPlaceAndPermissionsOnCommitOnly) {
     const std::string target = folder.Write("target", "old");
     chmod(target.c_str(), 0640);
     {
-        const FileReplacement abandoned(target);
+        const FileReplacement abandoned(target, target);
         std::ofstream(abandoned.GetPath()) << "half";
         EXPECT_EQ(TemporaryFolder::Read(target), "old");
     }
     EXPECT_EQ(CountFiles(folder.Path("")), 1);
     {
-        FileReplacement replacement(target);
+        FileReplacement replacement(target, target);
         std::ofstream(replacement.GetPath()) << "new";
         EXPECT_TRUE(replacement.Commit());
     }
@@ -34,12 +34,20 @@ TEST(FileReplacement, TakesTheTargetsPlaceAndPermissionsOnCommitOnly) {
     EXPECT_EQ(CountFiles(folder.Path("")), 1);
 }
 
+TEST(FileReplacement, OfAPrivateFileIsPrivate) {
+    const TemporaryFolder folder;
+    const std::string source = folder.Write("source", "secret");
+    chmod(source.c_str(), 0600);
+    const FileReplacement replacement(folder.Path("new"), source);
+    EXPECT_EQ(fs::status(replacement.GetPath()).permissions(), fs::perms(0600));
+}
+
 TEST(FileReplacement, DoesNotFollowALink) {
     const TemporaryFolder folder;
     const std::string precious = folder.Write("precious", "precious");
     const std::string link = folder.Path("link");
     fs::create_symlink(precious, link);
-    FileReplacement replacement(link);
+    FileReplacement replacement(link, precious);
     std::ofstream(replacement.GetPath()) << "new";
     EXPECT_TRUE(replacement.Commit());
     EXPECT_EQ(TemporaryFolder::Read(precious), "precious");
@@ -52,7 +60,7 @@ TEST(FileReplacement, RefusesTargetsThatNoFileCanReplace) {
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     for (const std::string& target :
          {folder.Path(""), folder.Path("no/such/file"), fifo, std::string()}) {
-        const FileReplacement replacement(target);
+        const FileReplacement replacement(target, target);
         EXPECT_TRUE(replacement.GetPath().empty()) << target;
         EXPECT_TRUE(replacement.GetError()) << target;
     }
