@@ -6,6 +6,7 @@
 #include "cutting/OutputFile.h"
 #include "platform/FileReplacement.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <deque>
@@ -14,6 +15,13 @@
 #include <unistd.h>
 
 namespace {
+
+// A link that the person names is a name for its file, which is what they want written.
+std::string FollowLink(const std::string& output) {
+    std::error_code error;
+    const std::filesystem::path target = std::filesystem::canonical(output, error);
+    return !error && std::filesystem::is_symlink(output, error) ? target.string() : output;
+}
 
 bool IsInput(const std::string& source, const std::string& output) {
     std::error_code error;
@@ -140,8 +148,10 @@ bool CommitAll(const std::vector<std::string>& outputs, std::deque<FileReplaceme
 
 } // namespace
 
-bool WriteOutputs(const std::string& source, const std::vector<std::string>& outputs,
+bool WriteOutputs(const std::string& source, const std::vector<std::string>& names,
                   const OutputWriter& write) {
+    std::vector<std::string> outputs;
+    std::ranges::transform(names, std::back_inserter(outputs), FollowLink);
     std::deque<FileReplacement> replacements;
     if (!MakeReplacements(source, outputs, replacements)) {
         return false;

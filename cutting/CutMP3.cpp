@@ -1,15 +1,15 @@
 #include "cutting/CutMP3.h"
 
 #include "cutting/OutputFile.h"
+#include "cutting/VBRFields.h"
 #include "mpeg/MPAEndOfFileException.h"
 #include "mpeg/MPAFile.h"
 #include "mpeg/MPAStream.h"
 #include "mpeg/Tags.h"
-#include "mpeg/XINGHeader.h"
+#include "mpeg/VBRHeader.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -216,25 +216,6 @@ bool WriteCut(const char* src, float start, float end, bool keep) {
     return result;
 }
 
-void PutBigEndian(std::vector<unsigned char>& bytes, unsigned int value) {
-    const unsigned int reversed = LittleEndianToBigEndian(value);
-    for (int shift = 0; shift < 32; shift += 8) {
-        bytes.push_back(static_cast<unsigned char>(reversed >> shift));
-    }
-}
-
-// Each entry tells where in the file a hundredth of the playing time begins, in 256ths of its
-// bytes. A hundredth that no frame begins in starts where the one before does.
-void PutSeekTable(std::vector<unsigned char>& bytes, const CVBRHeader& header) {
-    std::uint64_t position = 0;
-    for (unsigned int slot = 0; slot < header.GetTableSize(); ++slot) {
-        if (header.GetRewriteTable()[slot] != 0) {
-            position = header.GetRewriteTable()[slot];
-        }
-        bytes.push_back(static_cast<unsigned char>(position * 256 / header.GetByteCount()));
-    }
-}
-
 bool WriteAt(std::FILE* output, long long offset, const std::vector<unsigned char>& bytes) {
     return bytes.empty() || (fseeko(output, offset, SEEK_SET) == 0 &&
                              std::fwrite(bytes.data(), 1, bytes.size(), output) == bytes.size());
@@ -288,31 +269,6 @@ int CountFrames(CMPAFile* file) {
 }
 
 bool RewriteVBRHeader(std::FILE* output, CVBRHeader* header) {
-    constexpr long long kXINGFieldsOffset = 8;
-    constexpr long long kVBRICountsOffset = 10;
-    const long long offset = header->GetOffset() + firstFrameShift;
-
-    std::vector<unsigned char> fields;
-    const auto* xing = dynamic_cast<const CXINGHeader*>(header);
-    if (xing == nullptr) {
-        PutBigEndian(fields, header->GetByteCount());
-        PutBigEndian(fields, header->GetFrameCount());
-        return WriteAt(output, offset + kVBRICountsOffset, fields);
-    }
-    // The counts do not tell which fields are there: one may be 0, or have been worked out.
-    const unsigned int flags = xing->ReadFlags();
-    if ((flags & CXINGHeader::kFrameCount) != 0) {
-        PutBigEndian(fields, header->GetFrameCount());
-    }
-    if ((flags & CXINGHeader::kByteCount) != 0) {
-        PutBigEndian(fields, header->GetByteCount());
-    }
-    if ((flags & CXINGHeader::kSeekTable) != 0 && header->GetByteCount() != 0) {
-        PutSeekTable(fields, *header);
-    }
-    return WriteAt(output, offset + kXINGFieldsOffset, fields);
-}
-
-unsigned LittleEndianToBigEndian(unsigned value) {
-    return value >> 24 | (value >> 8 & 0xFF00U) | (value << 8 & 0xFF0000U) | value << 24;
+    const VBRFields fields = MakeVBRFields(*header);
+    return WriteAt(output, header->GetOffset() + firstFrameShift + fields.offset, fields.bytes);
 }

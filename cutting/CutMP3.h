@@ -45,6 +45,3 @@ int CountFrames(CMPAFile* file);
 /// output of the cut under way: every field that the header holds, and no other.
 /// @return whether all was written. Throws CMPAException when the source cannot be read.
 bool RewriteVBRHeader(std::FILE* output, CVBRHeader* header);
-
-/// The value with its four bytes in reverse order.
-unsigned LittleEndianToBigEndian(unsigned value);

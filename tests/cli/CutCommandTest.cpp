@@ -131,6 +131,15 @@ TEST_F(CutCommands, LeaveOutAsItWasWhenTheyFail) {
     }
 }
 
+TEST_F(CutCommands, WriteTheFileThatALinkNames) {
+    const std::string old = m_folder.Write("old.wav", "old");
+    const std::string link = m_folder.Path("link.wav");
+    fs::create_symlink("old.wav", link);
+    EXPECT_EQ(RunCli({"extract", m_wav, "0", "1", link}).status, 0);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_TRUE(Samples(old) == m_samples.substr(0, 8000));
+}
+
 TEST_F(CutCommands, TakeNamesThatLookLikeSomethingElse) {
     Mp3Builder().Frames(30).WriteTo(m_folder.Path("-1 %s'\".mp3"));
     const CliResult result =

@@ -1,4 +1,5 @@
 #include "cutting/CutMP3.h"
+#include "cutting/VBRFields.h"
 #include "mpeg/XINGHeader.h"
 #include "tests/support/Mp3Builder.h"
 #include "tests/support/TemporaryFolder.h"
