@@ -44,6 +44,7 @@ public:
     }
     FrameWalk(const FrameWalk&) = delete;
     FrameWalk& operator=(const FrameWalk&) = delete;
+    ~FrameWalk() = default;
 
     // Null at the end of the audio, where it stays.
     CMPAFrame* Current() { return *m_current ? &**m_current : nullptr; }
