@@ -1,56 +1,14 @@
 #include "audio/MpegStream.h"
 
+#include "audio/TagBounds.h"
+
 #include <algorithm>
 #include <cstring>
 
 namespace {
 
-constexpr std::int64_t kId3v1Bytes = 128;
-constexpr std::int64_t kId3v2HeaderBytes = 10;
-constexpr std::int64_t kApeFooterBytes = 32;
-
 bool Matches(const std::uint8_t* bytes, const char* text) {
-    return bytes != nullptr && std::memcmp(bytes, text, std::strlen(text)) == 0;
-}
-
-/// Size of the ID3v2 tag at this offset, 0 for none.
-std::int64_t Id3v2Bytes(FileWindow& window, std::int64_t offset) {
-    const std::uint8_t* bytes = window.Bytes(offset, kId3v2HeaderBytes);
-    if (!Matches(bytes, "ID3") || ((bytes[6] | bytes[7] | bytes[8] | bytes[9]) & 0x80) != 0) {
-        return 0;
-    }
-    const std::int64_t body = bytes[6] << 21 | bytes[7] << 14 | bytes[8] << 7 | bytes[9];
-    const bool footer = (bytes[5] & 0x10) != 0;
-    return kId3v2HeaderBytes + body + (footer ? kId3v2HeaderBytes : 0);
-}
-
-/// Size of the APE tag that ends at this offset, 0 for none.
-std::int64_t ApeBytes(FileWindow& window, std::int64_t end) {
-    const std::uint8_t* footer = window.Bytes(end - kApeFooterBytes, kApeFooterBytes);
-    if (!Matches(footer, "APETAGEX")) {
-        return 0;
-    }
-    const std::int64_t body = footer[12] | footer[13] << 8 | footer[14] << 16 |
-                              static_cast<std::int64_t>(footer[15]) << 24;
-    const bool header = (footer[23] & 0x80) != 0;
-    const std::int64_t size = body + (header ? kApeFooterBytes : 0);
-    return body >= kApeFooterBytes && size <= end ? size : 0;
-}
-
-std::int64_t EndOfLeadingTags(FileWindow& window) {
-    std::int64_t offset = 0;
-    while (const std::int64_t bytes = Id3v2Bytes(window, offset)) {
-        offset += bytes;
-    }
-    return offset;
-}
-
-std::int64_t BeginOfTrailingTags(FileWindow& window) {
-    std::int64_t end = window.Source().State().sizeBytes;
-    if (Matches(window.Bytes(end - kId3v1Bytes, kId3v1Bytes), "TAG")) {
-        end -= kId3v1Bytes;
-    }
-    return end - ApeBytes(window, end);
+    return std::memcmp(bytes, text, std::strlen(text)) == 0;
 }
 
 /// True when another frame of the stream lies within reach behind this one.
@@ -108,9 +66,10 @@ bool IsFollowed(FileWindow& window, const MpegStream& stream, std::int64_t offse
 }
 
 std::optional<MpegStream> FindMpegStream(FileWindow& window) {
+    const TagBounds bounds = FindTagBounds(window);
+    const std::int64_t begin = bounds.beginBytes;
     MpegStream stream;
-    stream.endBytes = BeginOfTrailingTags(window);
-    const std::int64_t begin = EndOfLeadingTags(window);
+    stream.endBytes = bounds.endBytes;
     const std::int64_t limit = std::min(begin + MpegStream::kSearchBytes, stream.endBytes);
     bool found = false;
     for (std::int64_t offset = begin; offset <= limit && !found; ++offset) {

@@ -17,8 +17,8 @@ struct MpegStream {
     std::int64_t endBytes = 0;   ///< offset of the trailing tags, or the file's size
 };
 
-/// Finds the audio: leaves out leading ID3v2 and trailing ID3v1 and APE tags, finds the first frame
-/// and steps over it when it is a Xing, Info or VBRI header.
+/// Finds the audio: leaves out the tags at both ends, finds the first frame and steps over it when
+/// it is a Xing, Info or VBRI header.
 /// @return nothing when no frame begins within kSearchBytes after the leading tags
 std::optional<MpegStream> FindMpegStream(FileWindow& window);
 

@@ -137,6 +137,40 @@ TEST_F(Mp3Decoding, WhatIsNoFrameIsLeftOut) {
         << "a gap that the cutters do not cross";
 }
 
+TEST_F(Mp3Decoding, TagsOfEveryKindAreNoAudio) {
+    const std::string frames = Clip("joint-stereo-44100.mp3");
+    const Samples expected = Decode(frames);
+    std::mt19937 random(5);
+    std::string picture(60'000, '\0');
+    std::generate(picture.begin(), picture.end(), [&] { return static_cast<char>(random()); });
+    picture.replace(20'000, frames.size() / 2, frames, 0, frames.size() / 2);
+    const auto withPicture = [&](Mp3Builder builder, long long contentOffset) {
+        return builder.Patch(contentOffset, picture).Bytes();
+    };
+    const std::string ape = withPicture(Mp3Builder().Ape(60'000), 32);
+    const std::string footerTag = withPicture(Mp3Builder().Id3v2(60'000, true), 10);
+    const std::string musicMatch = withPicture(Mp3Builder().MusicMatch(60'000, 8004, true), 256);
+    const std::string version3 = withPicture(Mp3Builder().MusicMatch(60'000, 7868), 0);
+    const std::string lyrics = withPicture(Mp3Builder().Lyrics3v2(60'000), 11);
+    const std::string id3v1 = Mp3Builder().Id3v1().Bytes();
+
+    EXPECT_EQ(Decode(frames + ape + Mp3Builder().Lyrics3v2(500).Id3v1().Bytes()), expected);
+    EXPECT_EQ(Decode(frames + musicMatch + Mp3Builder().Lyrics3v1(5000).Ape(9, false).Bytes()),
+              expected);
+    EXPECT_EQ(Decode(frames + id3v1 + lyrics + footerTag + version3 + id3v1), expected);
+    EXPECT_EQ(Decode(ape + Mp3Builder().Id3v2(40'000).Bytes() + ape + frames), expected);
+
+    // A damaged tag ends the search, and nothing of the audio is lost for it.
+    for (const Mp3Builder& damaged :
+         {Mp3Builder().Raw("LYRICSEND"), Mp3Builder().Raw("999999LYRICS200"),
+          Mp3Builder().Ape(8, false).Patch(8 + 12, std::string(4, '\xFF')),
+          Mp3Builder().Ape(8, false).Patch(8 + 12, std::string(4, '\0')),
+          Mp3Builder().MusicMatch(9).Patch(9 + 256 + 7936 + 12, std::string(4, '\0')),
+          Mp3Builder().MusicMatch(9).Patch(9, "no section")}) {
+        EXPECT_EQ(Decode(frames + damaged.Bytes()), expected);
+    }
+}
+
 TEST_F(Mp3Decoding, VbrHeaderFrameIsNotDecoded) {
     const std::string frames = Clip("joint-stereo-44100.mp3");
     const Samples expected = Decode(frames);
