@@ -65,7 +65,7 @@ void Output::Close() {
 std::unique_ptr<OutputDevice> Output::Acquire(const OutputFormat& format) {
     FreeSdlMemoryWithThisThread();
     const std::lock_guard lock(m_mutex);
-    if (m_kept && m_kept->Format() == format) {
+    if (m_kept && m_kept->Format() == format && m_kept->IsAudible()) {
         return std::move(m_kept);
     }
     // Before another one is opened: some systems have but one.
@@ -80,7 +80,8 @@ std::unique_ptr<OutputDevice> Output::Acquire(const OutputFormat& format) {
 void Output::Release(std::unique_ptr<OutputDevice> device) {
     FreeSdlMemoryWithThisThread();
     const std::lock_guard lock(m_mutex);
-    if (m_open) {
+    // Without a device to be heard the next stream tries anew: one may have been plugged in.
+    if (m_open && device->IsAudible()) {
         m_kept = std::move(device);
     }
 }

@@ -7,14 +7,15 @@
 
 /// Where streams get their device from.
 ///
-/// Keeps a device that is no longer used for the next stream of the same format: opening one takes
-/// longer than a person likes to wait for a sound. Any thread.
+/// Keeps an audible device that is no longer used for the next stream of the same format: opening
+/// one takes longer than a person likes to wait for a sound. Any thread.
 class Output {
 public:
     /// Gets ready to open devices and tries one in this format.
     /// @return false when there is none: Acquire then gives silent ones
     bool Open(const OutputFormat& format);
 
+    /// Open was called, successful or not, and Close was not called since.
     bool IsOpen();
 
     /// Drops the kept device and lets go of the system's audio.

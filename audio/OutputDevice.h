@@ -12,6 +12,7 @@ public:
     virtual void Fill(std::int16_t* samples, std::int64_t sampleFrames) noexcept = 0;
 };
 
+/// In what form a device takes samples, whatever the hardware makes of them.
 struct OutputFormat {
     std::uint32_t rateHz = 0;
     std::uint32_t channels = 0;
@@ -25,6 +26,10 @@ public:
     virtual ~OutputDevice() = default;
 
     virtual const OutputFormat& Format() const = 0;
+
+    /// Whether what it takes can be heard: not with a stand-in, nor once the system has lost the
+    /// device.
+    virtual bool IsAudible() const = 0;
 
     /// Plays this source until stopped.
     virtual void Start(SampleSource& source) = 0;

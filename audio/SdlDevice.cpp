@@ -28,6 +28,10 @@ SdlDevice::~SdlDevice() {
     }
 }
 
+bool SdlDevice::IsAudible() const {
+    return SDL_GetAudioDeviceStatus(m_device) != SDL_AUDIO_STOPPED;
+}
+
 void SdlDevice::Start(SampleSource& source) {
     SDL_LockAudioDevice(m_device);
     m_source = &source;

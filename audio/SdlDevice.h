@@ -16,6 +16,7 @@ public:
     SdlDevice& operator=(const SdlDevice&) = delete;
 
     const OutputFormat& Format() const override { return m_format; }
+    bool IsAudible() const override;
     void Start(SampleSource& source) override;
     void Stop() override;
 

@@ -17,6 +17,7 @@ public:
     SilentDevice& operator=(const SilentDevice&) = delete;
 
     const OutputFormat& Format() const override { return m_format; }
+    bool IsAudible() const override { return false; }
     void Start(SampleSource& source) override;
     void Stop() override;
 
