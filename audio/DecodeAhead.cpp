@@ -8,6 +8,7 @@
 DecodeAhead::DecodeAhead(const Mp3File& mp3, unsigned threads)
     : m_mp3(mp3), m_format(mp3.Format()), m_threadLimit(threads),
       m_windowBlocks(std::int64_t{threads} + 2) {
+    Allocate();
 }
 
 DecodeAhead::~DecodeAhead() {
@@ -45,7 +46,6 @@ void DecodeAhead::AwaitBlock(std::int64_t block) {
     if (block == m_block) {
         return;
     }
-    Allocate();
     std::unique_lock lock(m_mutex);
     if (m_samples) {
         m_free.push_back(std::move(m_samples));
@@ -72,11 +72,7 @@ void DecodeAhead::AwaitBlock(std::int64_t block) {
     m_block = block;
 }
 
-/// Makes all that the threads need, so that nothing can fail there.
 void DecodeAhead::Allocate() {
-    if (!m_threads.empty()) {
-        return;
-    }
     // A thread may still be writing to a buffer for an earlier position while the window is full.
     // The buffers' pages cost nothing until they are written to.
     const std::size_t buffers = static_cast<std::size_t>(m_windowBlocks) + m_threadLimit;
@@ -84,7 +80,7 @@ void DecodeAhead::Allocate() {
     m_free.reserve(buffers);
     m_ready.reserve(buffers);
     m_threads.reserve(m_threadLimit);
-    while (m_free.size() + (m_samples ? 1 : 0) < buffers) {
+    while (m_free.size() < buffers) {
         m_free.push_back(std::make_unique_for_overwrite<std::int16_t[]>(samples));
     }
     while (m_decoders.size() < m_threadLimit) {

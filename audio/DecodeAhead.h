@@ -14,11 +14,12 @@
 
 /// Decodes MPEG audio ahead of the reader on several threads, a block each at a time.
 ///
-/// The threads start with the first Read and end with the object. No more than two blocks beyond
-/// one per thread are kept.
+/// The threads start with the first Read and end with the object; all that they need is made with
+/// it, so that nothing can fail later. No more than two blocks beyond one per thread are kept.
 class DecodeAhead : public Decoder {
 public:
     /// @param threads  at least 1
+    /// @throws std::bad_alloc when there is too little memory
     DecodeAhead(const Mp3File& mp3, unsigned threads);
     ~DecodeAhead() override;
     DecodeAhead(const DecodeAhead&) = delete;
