@@ -215,13 +215,12 @@ DWORD BASS_ChannelGetAttributeEx(DWORD handle, DWORD attrib, void* value, DWORD 
     return OnStream(handle, DWORD{0}, [&](Stream& stream) {
         const auto info = stream.SeekInfo();
         const std::size_t bytes = info.size() * sizeof info[0];
-        if (value == nullptr) {
-            return static_cast<DWORD>(bytes);
-        }
-        if (size < bytes) {
+        if (value != nullptr && size < bytes) {
             return DWORD{0};
         }
-        std::memcpy(value, info.data(), bytes);
+        if (value != nullptr && bytes != 0) {
+            std::memcpy(value, info.data(), bytes);
+        }
         return static_cast<DWORD>(bytes);
     });
 }
