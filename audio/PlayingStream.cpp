@@ -109,7 +109,10 @@ void PlayingStream::Close() {
 void PlayingStream::BeginAt(std::int64_t sampleFrame) {
     m_decoder->Seek(sampleFrame);
     m_queue.Restart(sampleFrame);
-    PushNext();
+    // 100 ms: a thread that begins late leaves no gap. The rest is queued meanwhile.
+    const std::int64_t enough = m_queue.Room() - Format().rateHz / 10;
+    while (m_queue.Room() > enough && PushNext()) {
+    }
     m_device->Start(m_queue);
     m_queue.Wake();
 }
@@ -166,11 +169,10 @@ bool PlayingStream::FeedUntilEnd() {
 
 void PlayingStream::CallEndCallbacks() {
     std::unique_lock lock(m_mutex);
-    const auto callbacks = m_endCallbacks;
-    for (const auto& callback : callbacks) {
-        if (m_closed) {
-            return;
-        }
+    const std::size_t count = m_endCallbacks.size();
+    // Who plays the stream again must not be told afterwards that it has stopped.
+    for (std::size_t i = 0; i < count && !m_closed && !m_device; ++i) {
+        const auto& callback = m_endCallbacks[i];
         lock.unlock();
         callback();
         lock.lock();

@@ -4,6 +4,7 @@
 #include "audio/PlaybackQueue.h"
 #include "audio/Stream.h"
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -45,6 +46,6 @@ private:
     std::unique_ptr<OutputDevice> m_device; // while playing
     std::int64_t m_position = 0;            // while not playing
     bool m_closed = false;
-    std::vector<std::function<void()>> m_endCallbacks;
+    std::deque<std::function<void()>> m_endCallbacks; // grows only, so that references hold
     std::thread m_thread;
 };

@@ -39,7 +39,7 @@ public:
     virtual bool Play(bool /*restart*/) { return false; }
     virtual bool Stop() { return false; }
     /// Has the callback called, on a thread of the library, each time the stream has played to its
-    /// end.
+    /// end, unless it is playing again by then.
     virtual bool AddEndCallback(const std::function<void()>& /*callback*/) { return false; }
 
     /// To be called once, before the stream is let go of: every call fails afterwards, and no

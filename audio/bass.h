@@ -120,7 +120,8 @@ BASS_API BOOL BASS_ChannelStop(DWORD handle);
 BASS_API DWORD BASS_ChannelIsActive(DWORD handle);
 
 /// Registers a callback. Each time the stream has played to its end, every registered callback is
-/// called once, in the order of registration, the stream having stopped.
+/// called once, in the order of registration, the stream having stopped. Those that have not begun
+/// when the stream is played again are left out.
 /// @param type   BASS_SYNC_END
 /// @param param  not used
 /// @param proc   may make any call, also BASS_StreamFree of its stream
