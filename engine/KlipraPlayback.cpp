@@ -110,8 +110,10 @@ bool Klipra::SetCurrentPositionInSeconds(double seconds) {
 }
 
 long long Klipra::PositionToMilliSeconds(unsigned long long position) const {
-    return static_cast<long long>(BASS_ChannelBytes2Seconds(channel, position) *
-                                  kMilliSecondsPerSecond);
+    // A position beyond every stream, such as the one that stands for none, may last longer.
+    constexpr double kLimit = 9e18;
+    return static_cast<long long>(
+        std::min(BASS_ChannelBytes2Seconds(channel, position) * kMilliSecondsPerSecond, kLimit));
 }
 
 unsigned long long Klipra::SetStartPosition() {

@@ -40,8 +40,8 @@ private:
 
 int RequiredBlocks(float thresholdSeconds) {
     constexpr int kMost = std::numeric_limits<int>::max();
-    const float blocks = thresholdSeconds / kBlockSeconds;
-    return blocks < static_cast<float>(kMost) ? std::max(1, static_cast<int>(blocks)) : kMost;
+    const float blocks = std::max(thresholdSeconds / kBlockSeconds, 1.0F); // not a number stays so
+    return blocks < static_cast<float>(kMost) ? static_cast<int>(blocks) : kMost;
 }
 
 } // namespace

@@ -57,6 +57,7 @@ TEST(SearchSceanChange, FindsQuietStretches) {
         {"L5 Q6 L1 Q6 L5", 0.2F, {}}, // what is too short is not added to the next one
         {"L5 Q12 L1 Q12 L5", 0.2F, {11, 24}},
         {"L5 Q12 L5", 0.0F, {11}},
+        {"L5 Q12 L5", -INFINITY, {11}},
         {"L5 Q12 L5", INFINITY, {}},
         {"L5 Q12 L5", NAN, {}},
     };
