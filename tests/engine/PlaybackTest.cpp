@@ -62,13 +62,15 @@ TEST(Playback, StartsStopsAndGoesOnWhereItStopped) {
 
 TEST(Playback, TellsItsEndOncePerStart) {
     RecordingKlipra engine;
-    engine.Open(WavBuilder::Pattern(4800)); // 0.3 s
+    engine.Open(WavBuilder::Pattern(160000)); // 10 s: no start takes so long
     engine.PlayStart();
-    engine.AwaitEnds(1);
+    engine.SetCurrentPosition(engine.length);
+    ASSERT_TRUE(engine.AwaitEnds(1));
     EXPECT_EQ(engine.TakeCalls(), "Playing EnableTimer Stopped");
     EXPECT_FALSE(engine.playing);
     engine.PlayOrStop();
-    engine.AwaitEnds(3);
+    engine.SetCurrentPosition(engine.length);
+    ASSERT_TRUE(engine.AwaitEnds(3));
     EXPECT_EQ(engine.TakeCalls(), "Playing EnableTimer Stopped Stopped");
 }
 

@@ -4,6 +4,7 @@
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/WavBuilder.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <string>
@@ -40,9 +41,11 @@ public:
     }
 
     /// Waits until playback has ended so many times.
-    void AwaitEnds(int count) {
+    /// @return false when it had not in time
+    bool AwaitEnds(int count) {
+        constexpr std::chrono::seconds kPatience(30);
         std::unique_lock lock(m_mutex);
-        m_ended.wait(lock, [&] { return m_ends >= count; });
+        return m_ended.wait_for(lock, kPatience, [&] { return m_ends >= count; });
     }
 
     std::string PathOf(const std::string& suffix) const { return folder.Path(suffix + ".wav"); }
