@@ -21,6 +21,7 @@ public:
     /// filterbank reaches back by less than two Layer I frames.
     static constexpr std::int64_t kOverlapFrames = 2;
 
+    /// Where to begin reading for one block.
     struct Block {
         std::int64_t offsetBytes; ///< of the first frame to lead the decoder through
         std::int64_t

@@ -11,6 +11,7 @@
 /// The open streams by their handles. A handle is never 0 and not given out again soon. Any thread.
 class HandleTable {
 public:
+    /// @return the stream's handle
     std::uint32_t Add(std::shared_ptr<Stream> stream);
 
     /// @return null for an unknown handle
@@ -19,6 +20,7 @@ public:
     /// Takes the stream out.
     /// @return null for an unknown handle
     std::shared_ptr<Stream> Remove(std::uint32_t handle);
+    /// Takes all streams out, in no particular order.
     std::vector<std::shared_ptr<Stream>> RemoveAll();
 
 private:

@@ -14,6 +14,7 @@ struct Mp3File {
     static std::optional<Mp3File> Open(const std::shared_ptr<const File>& file);
 
     AudioFormat Format() const;
+    /// How many sample frames a block of the index decodes to; the last one may have fewer.
     std::int64_t BlockSampleFrames() const;
 
     /// The file's state and the index as a block of numbers.

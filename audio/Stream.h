@@ -42,8 +42,8 @@ public:
     /// end, unless it is playing again by then.
     virtual bool AddEndCallback(const std::function<void()>& /*callback*/) { return false; }
 
-    /// To be called once, before the stream is let go of: every call fails afterwards, and no
-    /// callback is running or will, save one that this is called from.
+    /// To be called once, before the stream is let go of. Nothing plays afterwards and no callback
+    /// is running or will, save one that this is called from; play, stop and the like then fail.
     virtual void Close() {}
 
 private:

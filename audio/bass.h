@@ -13,7 +13,7 @@
 /// comment says; handle 0 and handles that were freed fail on every call. Nothing is thrown.
 ///
 /// KLIPRA_DECODE_THREADS in the environment (1 to 64) sets how many threads decode ahead for each
-/// decoding stream instead of one per processor; the decoded bytes do not depend on it.
+/// decoding stream instead of one per processor, at most 16; the decoded bytes do not depend on it.
 
 using BOOL = int;
 using DWORD = std::uint32_t;
@@ -30,13 +30,13 @@ inline constexpr DWORD BASSVERSION = 0x204;
 
 // Flags of BASS_StreamCreateFile and BASS_MusicLoad.
 inline constexpr DWORD BASS_STREAM_DECODE = 0x200000; ///< decoded on request, cannot be played
-inline constexpr DWORD BASS_MUSIC_DECODE = BASS_STREAM_DECODE;
-inline constexpr DWORD BASS_MUSIC_RAMPS = 0x400;
-inline constexpr DWORD BASS_MUSIC_POSRESET = 0x8000;
-inline constexpr DWORD BASS_MUSIC_PRESCAN = 0x20000;
+inline constexpr DWORD BASS_MUSIC_DECODE = BASS_STREAM_DECODE; ///< the same for a module
+inline constexpr DWORD BASS_MUSIC_RAMPS = 0x400;     ///< smooth changes of volume in a module
+inline constexpr DWORD BASS_MUSIC_POSRESET = 0x8000; ///< no note sounds on after a seek
+inline constexpr DWORD BASS_MUSIC_PRESCAN = 0x20000; ///< measure a module when it is opened
 
 // Modes of a position.
-inline constexpr DWORD BASS_POS_BYTE = 0;
+inline constexpr DWORD BASS_POS_BYTE = 0;          ///< in bytes of decoded data
 inline constexpr DWORD BASS_POS_SCAN = 0x40000000; ///< flag: complete the seek information
 
 inline constexpr DWORD BASS_SYNC_END = 2; ///< the last sample was heard
@@ -46,8 +46,8 @@ inline constexpr DWORD BASS_LEVEL_STEREO = 2; ///< two levels, left then right
 inline constexpr DWORD BASS_ATTRIB_SCANINFO = 10; ///< seek information, an opaque block
 
 // Answers of BASS_ChannelIsActive.
-inline constexpr DWORD BASS_ACTIVE_STOPPED = 0;
-inline constexpr DWORD BASS_ACTIVE_PLAYING = 1;
+inline constexpr DWORD BASS_ACTIVE_STOPPED = 0; ///< not playing, or decoded to the end
+inline constexpr DWORD BASS_ACTIVE_PLAYING = 1; ///< playing, or not yet decoded to the end
 
 /// Called on a thread of the library, the one that feeds the stream: it should return soon.
 /// @param handle   the sync
@@ -99,7 +99,8 @@ BASS_API HMUSIC BASS_MusicLoad(BOOL mem, const void* file, QWORD offset, DWORD l
                                DWORD freq);
 
 /// Stops and frees a stream. When it returns, no sync of the stream is running and none will run;
-/// it waits for one that is, except when called from it.
+/// it waits for one that is, except when called from it. Syncs of two streams must therefore not
+/// free one another's stream: each could wait for the other.
 /// @return FALSE for an unknown handle
 BASS_API BOOL BASS_StreamFree(HSTREAM handle);
 
@@ -124,7 +125,7 @@ BASS_API DWORD BASS_ChannelIsActive(DWORD handle);
 /// when the stream is played again are left out.
 /// @param type   BASS_SYNC_END
 /// @param param  not used
-/// @param proc   may make any call, also BASS_StreamFree of its stream
+/// @param proc   may make any call, also BASS_StreamFree of its own stream
 /// @return 0 for another type, no callback or a decoding stream
 BASS_API HSYNC BASS_ChannelSetSync(DWORD handle, DWORD type, QWORD param, SYNCPROC* proc,
                                    void* user);
@@ -160,7 +161,8 @@ BASS_API QWORD BASS_ChannelSeconds2Bytes(DWORD handle, double pos);
 ///
 /// With T the sum in 64-bit floating point of the lengths asked for since the stream was opened or
 /// positioned, the stretch ends at sample frame floor(T x rate + 0.5) after that point, so
-/// roundings do not add up. A stretch cut short by the end is measured as far as it goes.
+/// roundings do not add up. A stretch cut short by the end is measured as far as it goes. With it,
+/// or when nothing is left, the stream becomes BASS_ACTIVE_STOPPED until it is positioned anew.
 /// @param levels  two values, left and right
 /// @param length  seconds, more than 0, at most 1
 /// @param flags   BASS_LEVEL_STEREO

@@ -115,8 +115,8 @@ public:
     bool LoadPlayFile(int id);
     bool LoadPlayFile(); ///< the same for the current entry
     void PlayStart();    ///< plays from the current position
-    void PlayStop();
-    void PlayOrStop(); ///< stops when `playing` is set, starts otherwise
+    void PlayStop();     ///< the position stays; nothing without a stream
+    void PlayOrStop();   ///< stops when `playing` is set, starts otherwise
     /// Called by the audio library, on a thread of its own, when playback has reached the end.
     /// @param user  the engine
     static void PlayEndProc(std::uint32_t sync, std::uint32_t stream, std::uint32_t data,
@@ -128,13 +128,14 @@ public:
     unsigned long long GetCurrentPosition() const;
     /// @return false, and nothing moves, beyond the stream's end
     bool SetCurrentPosition(unsigned long long position);
-    double GetCurrentPositionInSeconds() const;
+    double GetCurrentPositionInSeconds() const; ///< negative without a stream
     /// Moves to a time; one that is not inside the stream means its last position.
     bool SetCurrentPositionInSeconds(double seconds);
     /// Truncated to whole milliseconds.
     long long PositionToMilliSeconds(unsigned long long position) const;
     unsigned long long SetStartPosition(); ///< to the current position, which is returned
     unsigned long long SetEndPosition();   ///< to the current position, which is returned
+    /// All bits set when unset, as is the end.
     unsigned long long GetStartPosition() const { return cutPositions.start; }
     unsigned long long GetEndPosition() const { return cutPositions.end; }
     /// Changes the zoom factor by a delta, within 1 and `maxZoom`.
@@ -192,7 +193,7 @@ public:
     float thresholdTime = 0.2F;    ///< seconds that a quiet stretch lasts at least
 
     int maxZoom = 1; ///< set with the wave image; may be 0 for a very short file
-    int zoom = 1;
+    int zoom = 1;    ///< the factor by which the wave image is enlarged, from 1
 
     /// Playback is running. Main and audio library threads -> main: the control state alone, no
     /// other data hang on it.

@@ -20,7 +20,7 @@ std::string Suffix(const std::string& name) {
     return name.substr(2);
 }
 
-// The part of a path behind or before the last such character.
+// The part of a path behind the last such character; all of it where there is none.
 std::string After(const std::string& path, char separator) {
     const std::size_t found = path.rfind(separator);
     return found == std::string::npos ? path : path.substr(found + 1);
@@ -117,8 +117,9 @@ bool Klipra::Split() {
     for (std::size_t i = 0; i < points.size(); ++i) {
         const std::string name = base + std::to_string(i + 1);
         const std::string target = MakeTargetPath(Suffix(name));
-        // The last piece is what remains without everything before it: so it loses nothing at the
-        // end of the file, wherever the stream's length falls.
+        // The last piece is what a removal of everything before it leaves: of a WAV all to the end
+        // of the file, wherever the stream's length falls; of an MP3, as every removal does, also
+        // a frame at the beginning and not the last frame.
         const bool isLast = i + 1 == points.size();
         if (!(isLast ? CutExec(false, source, target, 0, points[i])
                      : CutExec(true, source, target, points[i], points[i + 1]))) {

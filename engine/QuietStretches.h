@@ -16,7 +16,7 @@ public:
 
     void AddQuietBlock(unsigned long long position); ///< where the block begins
     void AddLoudBlock(unsigned long long position);  ///< where the block begins
-    void Finish();
+    void Finish(); ///< the sequence has ended: to be called once, after all blocks
 
 private:
     int m_required;
