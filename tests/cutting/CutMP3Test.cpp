@@ -2,6 +2,7 @@
 
 #include "cutting/OutputFile.h"
 #include "mpeg/MPAFile.h"
+#include "mpeg/XINGHeader.h"
 #include "tests/support/AlertRecorder.h"
 #include "tests/support/Mp3Builder.h"
 #include "tests/support/TemporaryFolder.h"
@@ -9,60 +10,46 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <numeric>
 
 namespace {
 
+constexpr unsigned int kFrameBytes = 417;
 constexpr float kFrameSeconds = 1152.0F / 44100.0F;
-constexpr unsigned int kAllFields = 15;
 
-using Numbers = std::vector<std::size_t>;
-
-Numbers FromTo(std::size_t first, std::size_t last) {
-    Numbers numbers(last + 1 - first);
-    std::iota(numbers.begin(), numbers.end(), first);
-    return numbers;
-}
-
-Numbers operator+(Numbers a, const Numbers& b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
-std::string FramesOf(const Mp3Builder& source, const Numbers& numbers) {
-    std::string bytes;
-    for (const std::size_t number : numbers) {
-        bytes += source.BytesOf(source.FrameExtents().at(number));
-    }
-    return bytes;
-}
-
-// Which frames of the source a piece of a cut consists of; an unknown one ends the list with 999.
-Numbers NumbersIn(const std::string& bytes, const Mp3Builder& source) {
-    Numbers numbers;
+// Which frames of the source some bytes are: A is its first one. '?' for anything else.
+std::string NamesOf(const std::string& bytes, const Mp3Builder& source) {
+    std::string names;
     for (std::size_t position = 0; position < bytes.size();) {
         const auto& frames = source.FrameExtents();
         const auto found = std::find_if(frames.begin(), frames.end(), [&](const Extent& frame) {
             return bytes.compare(position, frame.size, source.BytesOf(frame)) == 0;
         });
         if (found == frames.end()) {
-            numbers.push_back(999);
-            break;
+            return names + '?';
         }
-        numbers.push_back(static_cast<std::size_t>(found - frames.begin()));
+        names += static_cast<char>('A' + (found - frames.begin()));
         position += found->size;
     }
-    return numbers;
+    return names;
 }
 
 class CutMP3 : public testing::Test {
 protected:
-    std::string Cut(const Mp3Builder& source, float start, float end, bool keep) {
+    // Times in frames of the usual format.
+    std::string Cut(const Mp3Builder& source, float start, float end, bool keep = true) {
         source.WriteTo(m_source);
-        EXPECT_TRUE(CutMP3File(m_source.c_str(), m_output.c_str(), start, end, keep))
+        EXPECT_TRUE(CutMP3File(m_source.c_str(), m_output.c_str(), start * kFrameSeconds,
+                               end * kFrameSeconds, keep))
             << m_alerts.texts << CutFailure();
-        EXPECT_EQ(TemporaryFolder::Read(m_source), source.Bytes());
         return TemporaryFolder::Read(m_output);
+    }
+
+    // The source up to the end of its VBR header's frame, with these fields of the header changed.
+    static std::string WithFields(const Mp3Builder& source, std::size_t offsetInHeader,
+                                  const std::string& fields) {
+        std::string bytes = source.Bytes().substr(0, source.FrameExtents()[0].End());
+        return bytes.replace(static_cast<std::size_t>(source.VbrHeaderOffset()) + offsetInHeader,
+                             fields.size(), fields);
     }
 
     TemporaryFolder m_folder;
@@ -71,78 +58,58 @@ protected:
     std::string m_output = m_folder.Path("output.mp3");
 };
 
-struct RangeCase {
-    const char* name;
-    float startFrames;
-    float endFrames;
-    bool keep;
-    Numbers expected; // of twelve frames behind frame 0
-};
-
 TEST_F(CutMP3, WritesWholeFramesOfTheRangeOrOfTheRest) {
-    const RangeCase cases[] = {
-        {"both ends inside frames", 2.5F, 4.5F, true, FromTo(3, 6)},
-        {"a point inside a frame", 3.5F, 3.5F, true, FromTo(4, 5)},
-        {"everything", 0.0F, 100.0F, true, FromTo(1, 12)},
-        {"a point at the start", 0.0F, 0.0F, true, FromTo(1, 1)},
-        {"behind the end", 50.0F, 60.0F, true, {}},
-        {"a negative start", -2.5F, 1.5F, true, FromTo(1, 6)},
-        {"times beyond every number of frames", 0.0F, 1e38F, true, FromTo(1, 12)},
-        {"the middle cut out, both boundary frames stay", 2.5F, 6.5F, false,
-         FromTo(1, 3) + FromTo(8, 11)},
-        {"less than a frame cut out", 2.25F, 2.75F, false, FromTo(1, 11)},
-        {"from the start", 0.0F, 3.5F, false, FromTo(1, 1) + FromTo(5, 11)},
-        {"from before the start", -1.5F, 3.5F, false, FromTo(6, 11)},
-        {"to behind the end", 8.5F, 40.0F, false, FromTo(1, 9)},
-        {"everything cut out", 0.0F, 1e38F, false, FromTo(1, 1)},
+    const struct {
+        const char* name;
+        float start;
+        float end;
+        bool keep;
+        const char* expected; // of twelve frames, B to M, behind the first one
+    } cases[] = {
+        {"both ends inside frames", 2.5F, 4.5F, true, "DEFG"},
+        {"a point inside a frame", 3.5F, 3.5F, true, "EF"},
+        {"a point at the start", 0.0F, 0.0F, true, "B"},
+        {"behind the end", 50.0F, 60.0F, true, ""},
+        {"a negative start", -2.5F, 1.5F, true, "BCDEFG"},
+        {"times beyond every number of frames", 0.0F, 1e38F, true, "BCDEFGHIJKLM"},
+        {"the middle cut out, both boundary frames stay", 2.5F, 6.5F, false, "BCDIJKL"},
+        {"less than a frame cut out", 2.25F, 2.75F, false, "BCDEFGHIJKL"},
+        {"from the start", 0.0F, 3.5F, false, "BFGHIJKL"},
+        {"from before the start", -1.5F, 3.5F, false, "GHIJKL"},
+        {"to behind the end", 8.5F, 40.0F, false, "BCDEFGHIJ"},
     };
     const auto withHeader =
-        Mp3Builder().Xing(kAllFields, 12, 12 * 417).Lame("LAME3.99r").Frames(12);
+        Mp3Builder().Xing(15, 12, 12 * kFrameBytes).Lame("LAME3.99r").Frames(12);
     const auto withoutHeader = Mp3Builder().Frames(13);
-    for (const RangeCase& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        const float start = c.startFrames * kFrameSeconds;
-        const float end = c.endFrames * kFrameSeconds;
-        const std::string header = withHeader.BytesOf(withHeader.FrameExtents().at(0));
-        const std::string cut = Cut(withHeader, start, end, c.keep);
-        EXPECT_EQ(NumbersIn(cut.substr(header.size()), withHeader), c.expected);
-        // Frame 0 is then an ordinary frame, and is left out all the same.
-        EXPECT_EQ(NumbersIn(Cut(withoutHeader, start, end, c.keep), withoutHeader), c.expected);
+        const std::string cut = Cut(withHeader, c.start, c.end, c.keep);
+        EXPECT_EQ(NamesOf(cut.substr(kFrameBytes), withHeader), c.expected);
+        // The first frame is then an ordinary one, and is left out all the same.
+        EXPECT_EQ(NamesOf(Cut(withoutHeader, c.start, c.end, c.keep), withoutHeader), c.expected);
     }
-}
-
-TEST_F(CutMP3, KeepsTheTagsOfBothEndsInTheirOrderAndDropsGarbage) {
-    const auto source = Mp3Builder()
-                            .Id3v2(1000)
-                            .Ape(70000) // more than is copied at once
-                            .Xing(kAllFields, 6, 6 * 417)
-                            .Lame("LAME3.99r")
-                            .Frames(2)
-                            .Garbage(500)
-                            .Frames(4)
-                            .Ape(200)
-                            .Lyrics3v2(123)
-                            .Id3v1(7);
-    const std::string output = Cut(source, 0.0F, 1.0F, true);
-    const auto& tags = source.TagExtents();
-    const std::string leading = source.BytesOf(tags[0]) + source.BytesOf(tags[1]);
-    const std::string trailing =
-        source.BytesOf(tags[2]) + source.BytesOf(tags[3]) + source.BytesOf(tags[4]);
-    const Extent header = source.FrameExtents()[0];
-    EXPECT_EQ(output.substr(0, leading.size()), leading);
-    EXPECT_EQ(output.substr(leading.size() + header.size),
-              FramesOf(source, FromTo(1, 6)) + trailing);
 }
 
 TEST_F(CutMP3, CopiesFramesOfEveryFormatAtTheirFullSize) {
     for (const FrameFormat& format :
          {FrameFormat{.layer = 1, .bitrateKbps = 32, .rateHz = 48000},
           FrameFormat{.layer = 2, .bitrateKbps = 192, .isPadded = true},
-          FrameFormat{.version = 2, .bitrateKbps = 8, .rateHz = 24000},
           FrameFormat{.version = 0, .bitrateKbps = 160, .rateHz = 8000}}) {
-        const auto source = Mp3Builder().Format(format).Frames(40);
-        EXPECT_EQ(NumbersIn(Cut(source, 0.0F, 100.0F, true), source), FromTo(1, 39));
+        const auto source = Mp3Builder().Format(format).Frames(12);
+        EXPECT_EQ(NamesOf(Cut(source, 0.0F, 100.0F), source), "BCDEFGHIJKL");
     }
+}
+
+TEST_F(CutMP3, KeepsTheTagsOfBothEndsInTheirOrderAndDropsGarbage) {
+    auto source = Mp3Builder().Id3v2(1000).Ape(70000); // more than is copied at once
+    const std::string leading = source.Bytes();
+    source.Frames(3).Garbage(500).Frames(4);
+    const auto audioEnd = static_cast<std::size_t>(source.Size());
+    const std::string trailing = source.Ape(200).Lyrics3v2(123).Id3v1(7).Bytes().substr(audioEnd);
+    const std::string output = Cut(source, 0.0F, 40.0F);
+    EXPECT_EQ(output.substr(0, leading.size()), leading);
+    EXPECT_EQ(output.substr(leading.size() + 6 * kFrameBytes), trailing);
+    EXPECT_EQ(NamesOf(output.substr(leading.size(), 6 * kFrameBytes), source), "BCDEFG");
 }
 
 TEST_F(CutMP3, CutsOfARealClipCoverItAndAreWholeFiles) {
@@ -152,13 +119,60 @@ TEST_F(CutMP3, CutsOfARealClipCoverItAndAreWholeFiles) {
         EXPECT_EQ(GetFrameCount(&file), CountFrames(&file)); // what the header says is there
         return CountFrames(&file);
     };
-    CMPAFile whole(DEMO_CLIP);
-    const int frames = CountFrames(&whole);
-    EXPECT_EQ(count(0.0F, 1000.0F, true), frames);
+    const int frames = count(0.0F, 1000.0F, true);
     // Neighbouring ranges share the frame that their border lies in, and the one after it.
     EXPECT_EQ(count(0.0F, 13.6F, true) + count(13.6F, 1000.0F, true), frames + 2);
     // A range and the rest share both boundary frames; the last frame is in neither.
     EXPECT_EQ(count(13.6F, 20.7F, true) + count(13.6F, 20.7F, false), frames + 1);
+}
+
+TEST_F(CutMP3, RewritesEveryXingFieldThatTheFlagsDeclareAndNoOther) {
+    // Twenty frames of one size: a hundredth begins at the frame that it falls in.
+    std::string evenTable;
+    for (unsigned int slot = 0; slot < CXINGHeader::kTableEntries; ++slot) {
+        evenTable += static_cast<char>(slot / 5 * 256 / 20);
+    }
+    for (unsigned int flags = 0; flags < 16; ++flags) {
+        SCOPED_TRACE(flags);
+        const auto source = Mp3Builder()
+                                .Id3v2(77)
+                                .Xing(flags, 1000, 999999, 57, flags % 3 == 0 ? "Info" : "Xing")
+                                .Lame("LAME3.99r", 0x13, 160, 128)
+                                .Frames(30);
+        std::string fields = (flags & 1) != 0 ? BigEndian(20) : "";
+        fields += (flags & 2) != 0 ? BigEndian(20 * kFrameBytes) : "";
+        // A table takes a byte count, given or worked out from a frame count.
+        fields += (flags & 4) != 0 && (flags & 3) != 0 ? evenTable : "";
+        const std::string head = WithFields(source, 8, fields);
+        const std::string output = Cut(source, 5.5F, 23.5F);
+        EXPECT_EQ(output.substr(0, head.size()), head);
+        EXPECT_EQ(output.size(), head.size() + 20 * kFrameBytes);
+    }
+}
+
+TEST_F(CutMP3, RewritesCountsThatWereWrongUnknownOrOfAVBRIHeader) {
+    const auto known = Mp3Builder().Xing(3, 30, 30 * kFrameBytes).Lame("LAME3.99r").Frames(30);
+    EXPECT_EQ(Cut(known, 100.0F, 110.0F), WithFields(known, 8, BigEndian(0) + BigEndian(0)));
+
+    const auto unknown = Mp3Builder().Xing(3, 0, 30 * kFrameBytes).Lame("LAME3.99r").Frames(30);
+    EXPECT_EQ(Cut(unknown, 0.0F, 8.5F).substr(0, kFrameBytes),
+              WithFields(unknown, 8, BigEndian(0) + BigEndian(10 * kFrameBytes)));
+
+    // Ten frames out of four leave a total below zero: the frames before the range, no seek table.
+    const auto wrong = Mp3Builder().Xing(15, 4, 4 * kFrameBytes).Lame("LAME3.99r").Frames(30);
+    const std::string output = Cut(wrong, 2.5F, 12.5F, false);
+    EXPECT_EQ(
+        output.substr(0, kFrameBytes),
+        WithFields(wrong, 8, BigEndian(3) + BigEndian(3 * kFrameBytes) + std::string(100, '\0')));
+    EXPECT_EQ(NamesOf(output.substr(kFrameBytes), wrong), "BCD");
+
+    VbriFields fields;
+    fields.byteCount = 30 * kFrameBytes;
+    fields.frameCount = 30;
+    fields.entries = std::vector<unsigned int>(11, 3 * kFrameBytes); // stays as it is
+    const auto vbri = Mp3Builder().Vbri(fields).Frames(30);
+    EXPECT_EQ(Cut(vbri, 0.0F, 8.5F).substr(0, kFrameBytes),
+              WithFields(vbri, 10, BigEndian(10 * kFrameBytes) + BigEndian(10)));
 }
 
 } // namespace
