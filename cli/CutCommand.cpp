@@ -1,10 +1,10 @@
 #include "cli/Commands.h"
-#include "cli/FileFormat.h"
 #include "cli/Operands.h"
 #include "cli/Report.h"
 #include "cli/WriteOutputs.h"
 #include "cutting/CutMP3.h"
 #include "cutting/CutWAV.h"
+#include "engine/FormatType.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "cli/HeadlessKlipra.h"
 
 #include "audio/bass.h"
-#include "cli/FileFormat.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
+#include "engine/FormatType.h"
 #include "platform/RegularFile.h"
 #include "platform/SystemError.h"
 

@@ -1,9 +1,9 @@
 #include "cli/Commands.h"
-#include "cli/FileFormat.h"
 #include "cli/MP3Info.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
 #include "cli/WAVInfo.h"
+#include "engine/FormatType.h"
 #include "mpeg/MPAException.h"
 
 #include <cstdio>

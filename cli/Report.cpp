@@ -14,12 +14,14 @@ void ReportError(const std::string& file, const std::string& problem) {
     ReportError("'" + file + "': " + problem);
 }
 
-void TerminalDesktop::ShowAlert(const std::string& /*headline*/, const std::string& text) {
+int TerminalDesktop::ShowAlert(const std::string& /*headline*/, const std::string& text,
+                               const std::vector<std::string>& /*buttons*/) {
     std::string line;
     for (const char c : text) {
         c == '\n' ? line += ": " : line += c;
     }
     ReportError(line);
+    return -1; // nobody is there to choose
 }
 
 std::string TerminalDesktop::AskOutputPath(const std::string& /*folder*/,

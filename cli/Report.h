@@ -7,6 +7,9 @@
 /// Takes a terminal back to the beginning of a line and wipes it.
 inline constexpr char kWipeLine[] = "\r\033[K";
 
+/// What to say about a file that is neither.
+inline constexpr char kUnknownFormat[] = "neither an mp3 nor a wav file by its extension";
+
 /// Tells on standard error what went wrong: one line, led by the program's name.
 void ReportError(const std::string& text);
 
@@ -16,7 +19,8 @@ void ReportError(const std::string& file, const std::string& problem);
 /// The desktop of a terminal: alerts are reported, and nobody is asked for a file.
 class TerminalDesktop : public Desktop {
 public:
-    void ShowAlert(const std::string& headline, const std::string& text) override;
+    int ShowAlert(const std::string& headline, const std::string& text,
+                  const std::vector<std::string>& buttons) override;
     std::string AskOutputPath(const std::string& folder, const std::string& name,
                               const std::string& extension) override;
 };

@@ -1,12 +1,12 @@
 #include "adaptor/KlipraMac.h"
 #include "cli/Commands.h"
-#include "cli/FileFormat.h"
 #include "cli/HeadlessKlipra.h"
 #include "cli/Operands.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
 #include "cli/WriteOutputs.h"
 #include "cli/WritePng.h"
+#include "engine/FormatType.h"
 
 #include <algorithm>
 #include <atomic>

@@ -6,6 +6,14 @@ namespace {
 
 Desktop* installedDesktop = nullptr;
 
+void Show(const std::string& headline, const std::string& text, const std::string& onTerminal) {
+    if (installedDesktop != nullptr) {
+        installedDesktop->ShowAlert(headline, text, {"OK"});
+    } else {
+        std::fprintf(stderr, "%s\n", onTerminal.c_str());
+    }
+}
+
 } // namespace
 
 void InstallDesktop(Desktop* desktop) {
@@ -13,11 +21,16 @@ void InstallDesktop(Desktop* desktop) {
 }
 
 void ShowErrorMsg(const char* text) {
-    if (installedDesktop != nullptr) {
-        installedDesktop->ShowAlert("Error", text);
-    } else {
-        std::fprintf(stderr, "%s\n", text);
-    }
+    Show("Error", text, text);
+}
+
+void ShowMsg(const std::string& message) {
+    Show(message, "", message);
+}
+
+int AskQuestion(const std::string& headline, const std::string& text,
+                const std::vector<std::string>& buttons) {
+    return installedDesktop == nullptr ? -1 : installedDesktop->ShowAlert(headline, text, buttons);
 }
 
 std::string AskOutputPath(const std::string& folder, const std::string& name,

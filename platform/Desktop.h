@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 /// What the program asks of the desktop that it runs on.
 ///
@@ -10,10 +11,13 @@ class Desktop {
 public:
     virtual ~Desktop() = default;
 
-    /// Shows a message with a single button "OK"; returns when the person has dismissed it.
+    /// Shows a message; returns when the person has dismissed it.
     /// @param headline  UTF-8
-    /// @param text      UTF-8, may hold line breaks
-    virtual void ShowAlert(const std::string& headline, const std::string& text) = 0;
+    /// @param text      UTF-8, may hold line breaks; may be empty
+    /// @param buttons   their titles, UTF-8; at least one. The first is the default
+    /// @return the index of the button chosen; -1 when the message was dismissed otherwise
+    virtual int ShowAlert(const std::string& headline, const std::string& text,
+                          const std::vector<std::string>& buttons) = 0;
 
     /// Asks for a file to write to, in a save panel; returns when the person has answered. Whoever
     /// implements it adds a missing extension and asks before an existing file is chosen.
@@ -29,10 +33,18 @@ public:
 /// until another one is installed.
 void InstallDesktop(Desktop* desktop);
 
-/// Shows an error with the headline "Error" on the installed desktop, on standard error where there
-/// is none.
+/// Shows an error with the headline "Error" and a button "OK" on the installed desktop; on standard
+/// error where there is none.
 /// @param text  UTF-8
 void ShowErrorMsg(const char* text);
+
+/// Shows a message that is all headline, with a button "OK"; on standard error as above.
+/// @param message  UTF-8
+void ShowMsg(const std::string& message);
+
+/// Asks a question on the installed desktop. See Desktop::ShowAlert; -1 where there is no desktop.
+int AskQuestion(const std::string& headline, const std::string& text,
+                const std::vector<std::string>& buttons);
 
 /// Asks for a file to write to on the installed desktop; empty where there is none. See
 /// Desktop::AskOutputPath.

@@ -7,7 +7,9 @@ namespace {
 
 class MockDesktop : public Desktop {
 public:
-    MOCK_METHOD(void, ShowAlert, (const std::string&, const std::string&), (override));
+    MOCK_METHOD(int, ShowAlert,
+                (const std::string&, const std::string&, const std::vector<std::string>&),
+                (override));
     MOCK_METHOD(std::string, AskOutputPath,
                 (const std::string&, const std::string&, const std::string&), (override));
 };
@@ -16,7 +18,7 @@ TEST(ShowErrorMsg, ReachesTheInstalledDesktopOnly) {
     MockDesktop first;
     MockDesktop second;
     EXPECT_CALL(first, ShowAlert).Times(0);
-    EXPECT_CALL(second, ShowAlert("Error", "切れました\n%s"));
+    EXPECT_CALL(second, ShowAlert("Error", "切れました\n%s", std::vector<std::string>{"OK"}));
     InstallDesktop(&first);
     InstallDesktop(&second);
     ShowErrorMsg("切れました\n%s");

@@ -13,8 +13,10 @@ public:
     AlertRecorder& operator=(const AlertRecorder&) = delete;
     ~AlertRecorder() override { InstallDesktop(nullptr); }
 
-    void ShowAlert(const std::string& /*headline*/, const std::string& text) override {
+    int ShowAlert(const std::string& /*headline*/, const std::string& text,
+                  const std::vector<std::string>& /*buttons*/) override {
         texts += text;
+        return choice;
     }
     std::string AskOutputPath(const std::string& folder, const std::string& name,
                               const std::string& extension) override {
@@ -25,4 +27,5 @@ public:
     std::string texts;
     std::string question; ///< the last one: folder, proposed name and extension
     std::string answer;   ///< empty: the person cancels
+    int choice = 0;       ///< the button that the person presses
 };

@@ -1,4 +1,4 @@
-#include "cli/FileFormat.h"
+#include "engine/FormatType.h"
 
 #include <filesystem>
 #include <strings.h>
