@@ -11,7 +11,7 @@ KlipraMac::KlipraMac(KlipraMacDelegate* delegate, FormatType format, const std::
     : appDelegate(delegate), filePath(path), m_temporaryFiles("/tmp", getpid()) {
     formatType = format;
     if (sound == Sound::Audible) {
-        OpenBASS(nullptr);
+        m_hasOutput = OpenBASS(nullptr);
     }
 }
 
