@@ -1,0 +1,158 @@
+#pragma once
+
+#include "adaptor/KlipraMac.h"
+#include "adaptor/KlipraMacDelegate.h"
+#include "app/GoWindowController.h"
+#include "app/LaunchCheck.h"
+#include "app/MainViewForKeyHandle.h"
+#include "app/PreferenceFields.h"
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QTimer>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+class HistoryOutline;
+class QSessionManager;
+
+namespace Ui {
+class MainWindow;
+}
+
+/// The program: launches, quits, and between the two turns the main window's commands into calls of
+/// the engine, and what the engine says into the state of its controls.
+///
+/// Used on the main thread, except for the members of KlipraMacDelegate that say otherwise.
+class AppDelegate : public QObject,
+                    public KlipraMacDelegate,
+                    public MainViewForKeyHandleDelegate,
+                    public GoWindowControllerDelegate,
+                    public PreferenceDelegate {
+    Q_OBJECT
+
+public:
+    AppDelegate();
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+    ~AppDelegate() override;
+
+    // Launch and quit.
+
+    /// Opens the file named in the process's arguments and shows the window; says why and asks for
+    /// termination when that cannot be.
+    void applicationDidFinishLaunching(const std::vector<std::string>& arguments);
+    /// Asks whether to quit when something was edited, saved or not.
+    /// @return whether the program may end
+    bool QueryToTerminate();
+    bool windowShouldClose() { return QueryToTerminate(); }
+    /// The desktop's session ends: asks the same question where that may be asked.
+    void sessionShouldEnd(QSessionManager& session);
+    /// Destroys the engine, and with it the temporary files.
+    void applicationWillTerminate();
+
+    QMainWindow* GetWindow() { return &window; }
+    KlipraMac* GetKlipra() { return pKlipraMac.get(); } ///< null before the launch succeeded
+
+    // Commands.
+
+    void PlayBtnClick(QObject* sender);
+    void StopBtnClick(QObject* sender);
+    void PlayOrStopMenuClick(QObject* sender);
+    void BeginBtnClick(QObject* sender);
+    void LastBtnClick(QObject* sender);
+    void SetStartBtnClick(QObject* sender);
+    void SetEndBtnClick(QObject* sender);
+    void DetectBtnClick(QObject* sender);
+    void ScNextBtnClick(QObject* sender);
+    void ScBackBtnClick(QObject* sender);
+    void MoveMenuClick(QObject* sender);
+    void ToolBtnClick(QObject* sender);
+    void ShowPreferenceClick(QObject* sender);
+    void CutExtBtnClick(QObject* sender);
+    void CutDelBtnClick(QObject* sender);
+    void CutUndoMenuClick(QObject* sender); ///< goes to the entry that the current one is made from
+    void SplitButtonClick(QObject* sender);
+    void SaveRangeBtnClick(QObject* sender);
+    void SaveBtnClick(QObject* sender);
+    void CloseBtnClick(QObject* sender);
+    void AboutMenuClick(QObject* sender);
+    void ZoomInMenuClick(QObject* sender);
+    void ZoomOutMenuClick(QObject* sender);
+    void Zoom1MenuClick(QObject* /*sender*/) { Zoom(1); }
+    void Zoom2MenuClick(QObject* /*sender*/) { Zoom(2); }
+    void Zoom5MenuClick(QObject* /*sender*/) { Zoom(5); }
+    void Zoom10MenuClick(QObject* /*sender*/) { Zoom(10); }
+    void Zoom20MenuClick(QObject* /*sender*/) { Zoom(20); }
+    void Zoom50MenuClick(QObject* /*sender*/) { Zoom(50); }
+    void Zoom100MenuClick(QObject* /*sender*/) { Zoom(100); }
+
+    // What the engine says.
+
+    void enableTimer() override;
+    void disableTimer() override;
+    void Zoom(int factor) override;
+    void enableZoomMenu() override;
+    void EnableCutButton() override;
+    void EnablePlayStopButton(bool isPlaying) override;
+    void EnableSaveButton() override;
+    void EnableSceneChangeMoveButton() override;
+    void setNeedRefresh(int count) override { needRefresh = count; }
+    void refreshHistoryOutlineView(int id) override;
+
+    // What the window and the dialogs say.
+
+    void handleKeyCode(std::uint16_t keyCode) override;
+    void goAtPosition(double seconds) override;
+    double getMoveAmount() const override { return pKlipraMac->moveAmount; }
+    void setMoveAmount(double seconds) override { pKlipraMac->moveAmount = seconds; }
+    float getThresholdLevel() const override { return pKlipraMac->thresholdLevel; }
+    void setThresholdLevel(float level) override { pKlipraMac->thresholdLevel = level; }
+    float getThresholdTime() const override { return pKlipraMac->thresholdTime; }
+    void setThresholdTime(float seconds) override { pKlipraMac->thresholdTime = seconds; }
+
+Q_SIGNALS:
+    /// The program is to end, with this exit code.
+    void terminate(int exitCode);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    using Command = void (AppDelegate::*)(QObject* sender);
+
+    void ConnectCommands();
+    void Connect(const char* controlName, Command command);
+    void SetUpStrip();
+    void SetUpStatusBar();
+    void OpenFile(const LaunchFile& file);
+    void RequestRefresh();
+    void onTick();
+    void Redraw();
+    void ShowPosition();
+    void ShowStatus();
+    void SwitchPlayControls(bool isPlaying);
+    void EnableUndo();
+    void SelectedEntryDidChange(int id);
+
+    QMainWindow window;
+    const std::unique_ptr<Ui::MainWindow> m_ui; // the outlets; the widgets are the window's
+    std::unique_ptr<HistoryOutline> m_historyOutline;
+    std::unique_ptr<KlipraMac> pKlipraMac;
+    std::unique_ptr<GoWindowController> goWindowController; // the last one opened
+    QTimer myTimer;                                         // of the refresh
+
+    // In the status bar, which owns them.
+    QLabel* const m_fileLabel = new QLabel;
+    QLabel* const m_rangeLabel = new QLabel;
+    QLabel* const m_scenesLabel = new QLabel;
+    QLabel* const m_waveformLabel = new QLabel;
+    QLabel* const m_outputLabel = new QLabel; // shown where there is no audio output
+
+    /// Ticks that still redraw though nothing plays. Scan thread -> main; no other data hang on it.
+    std::atomic<int> needRefresh{0};
+};

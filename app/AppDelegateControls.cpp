@@ -1,0 +1,153 @@
+#include "app/AppDelegate.h"
+#include "app/ControlRules.h"
+#include "app/HistoryOutline.h"
+#include "app/KeyCodes.h"
+#include "app/StatusTexts.h"
+#include "ui_MainWindow.h"
+
+#include <QThread>
+
+void AppDelegate::enableTimer() {
+    myTimer.start();
+}
+
+void AppDelegate::disableTimer() {
+    myTimer.stop();
+}
+
+void AppDelegate::onTick() {
+    const bool isPlaying = pKlipraMac->playing;
+    int count = needRefresh;
+    if (!isPlaying && count < 1) {
+        disableTimer();
+        return;
+    }
+    Redraw();
+    if (isPlaying) {
+        m_ui->waveScrollArea->Follow();
+    }
+    if (count > 0) {
+        // Not where the scan has set a new count meanwhile: that one would be lost.
+        needRefresh.compare_exchange_strong(count, count - 1);
+    }
+}
+
+void AppDelegate::RequestRefresh() {
+    int none = 0;
+    needRefresh.compare_exchange_strong(none, 1); // a scan under way has asked for more
+}
+
+void AppDelegate::Redraw() {
+    m_ui->waveView->display();
+    ShowStatus();
+}
+
+void AppDelegate::ShowPosition() {
+    Redraw();
+    m_ui->waveScrollArea->Follow();
+}
+
+void AppDelegate::ShowStatus() {
+    const StatusTexts texts = MakeStatusTexts(*pKlipraMac);
+    const std::pair<QLabel*, const std::string*> labels[] = {{m_fileLabel, &texts.file},
+                                                             {m_rangeLabel, &texts.range},
+                                                             {m_scenesLabel, &texts.sceneChanges},
+                                                             {m_waveformLabel, &texts.waveform}};
+    for (const auto& [label, text] : labels) {
+        label->setText(QString::fromStdString(*text));
+    }
+}
+
+void AppDelegate::Zoom(int factor) {
+    pKlipraMac->zoom = factor;
+    QAction* const items[] = {m_ui->Zoom1Menu,  m_ui->Zoom2Menu,  m_ui->Zoom5Menu,
+                              m_ui->Zoom10Menu, m_ui->Zoom20Menu, m_ui->Zoom50Menu,
+                              m_ui->Zoom100Menu};
+    static_assert(std::size(items) == kZoomFactors.size());
+    for (std::size_t i = 0; i < std::size(items); ++i) {
+        items[i]->setChecked(kZoomFactors[i] == factor);
+    }
+    const int width = factor * m_ui->mainView->width();
+    m_ui->waveView->setWaveSize(width);
+    pKlipraMac->SetWaveSize(width);
+    pKlipraMac->CreateWaveImage();
+}
+
+void AppDelegate::enableZoomMenu() {
+    QAction* const items[] = {m_ui->Zoom2Menu,  m_ui->Zoom5Menu,  m_ui->Zoom10Menu,
+                              m_ui->Zoom20Menu, m_ui->Zoom50Menu, m_ui->Zoom100Menu};
+    for (std::size_t i = 0; i < std::size(items); ++i) {
+        items[i]->setEnabled(IsZoomAllowed(kZoomFactors[i + 1], pKlipraMac->maxZoom));
+    }
+}
+
+void AppDelegate::EnableCutButton() {
+    const int count = pKlipraMac->GetDefinedCutPositionCount();
+    for (QAbstractButton* const button :
+         {m_ui->CutExtButton, m_ui->CutDelButton, m_ui->SaveRangeButton}) {
+        button->setEnabled(CanCut(count));
+    }
+    for (QAction* const item : {m_ui->CutExtMenu, m_ui->CutDelMenu, m_ui->SaveRangeMenu}) {
+        item->setEnabled(CanCut(count));
+    }
+    m_ui->SplitButton->setEnabled(CanSplit(count));
+    m_ui->SplitMenu->setEnabled(CanSplit(count));
+}
+
+void AppDelegate::EnablePlayStopButton(bool isPlaying) {
+    if (QThread::currentThread() == thread()) {
+        SwitchPlayControls(isPlaying);
+        return;
+    }
+    // By the time this is done playback may have been started again: what counts is the state then.
+    QMetaObject::invokeMethod(
+        this, [this] { SwitchPlayControls(pKlipraMac->playing); }, Qt::QueuedConnection);
+}
+
+void AppDelegate::SwitchPlayControls(bool isPlaying) {
+    m_ui->PlayButton->setEnabled(!isPlaying);
+    m_ui->StopButton->setEnabled(isPlaying);
+}
+
+void AppDelegate::EnableSaveButton() {
+    const bool canSave = CanSave(pKlipraMac->histories.size());
+    m_ui->SaveButton->setEnabled(canSave);
+    m_ui->SaveMenu->setEnabled(canSave);
+}
+
+void AppDelegate::EnableSceneChangeMoveButton() {
+    const bool canMove = CanMoveBetweenScenes(pKlipraMac->sceneChangePositions.size());
+    m_ui->ScBackButton->setEnabled(canMove);
+    m_ui->ScNextButton->setEnabled(canMove);
+    m_ui->ScBackMenu->setEnabled(canMove);
+    m_ui->ScNextMenu->setEnabled(canMove);
+}
+
+void AppDelegate::EnableUndo() {
+    m_ui->CutUndoMenu->setEnabled(m_historyOutline->ParentIdOf(pKlipraMac->currentHistoryId) != 0);
+}
+
+void AppDelegate::refreshHistoryOutlineView(int id) {
+    m_historyOutline->Refresh(pKlipraMac.get(), id);
+    EnableUndo();
+}
+
+void AppDelegate::SelectedEntryDidChange(int id) {
+    pKlipraMac->SelectHistory(id);
+    EnableUndo();
+    Redraw();
+}
+
+void AppDelegate::handleKeyCode(std::uint16_t keyCode) {
+    if (keyCode == KeyCode::kSpace) {
+        pKlipraMac->PlayOrStop();
+    } else if (keyCode == KeyCode::kLeftArrow || keyCode == KeyCode::kRightArrow) {
+        m_ui->waveView->handleKeyCode(keyCode);
+        m_ui->waveScrollArea->Follow();
+    }
+}
+
+void AppDelegate::goAtPosition(double seconds) {
+    pKlipraMac->SetCurrentPositionInSeconds(seconds);
+    ShowPosition();
+}

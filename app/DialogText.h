@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QLineEdit>
+
+/// What a text field holds, UTF-8; full-width digits, as Japanese input methods give them, count as
+/// digits.
+inline std::string FieldText(const QLineEdit& field) {
+    return field.text().normalized(QString::NormalizationForm_KC).toStdString();
+}

@@ -1,0 +1,53 @@
+#include "app/StatusTexts.h"
+
+#include "adaptor/KlipraMac.h"
+#include "app/Markers.h"
+
+#include <algorithm>
+
+namespace {
+
+std::string TimeAt(const KlipraMac& klipra, unsigned long long position) {
+    return TimeLabel(static_cast<std::uint32_t>(klipra.PositionToMilliSeconds(position)));
+}
+
+std::string FileText(const KlipraMac& klipra) {
+    if (klipra.channel == 0) {
+        return "";
+    }
+    const char* const format = klipra.formatType == FormatType::MP3 ? "MP3" : "WAV";
+    return std::string(format) + "  長さ " + TimeAt(klipra, klipra.length);
+}
+
+std::string RangeText(const KlipraMac& klipra) {
+    const auto [start, end] = klipra.cutPositions;
+    if (klipra.channel == 0 || (start == kUnsetPosition && end == kUnsetPosition)) {
+        return "";
+    }
+    const auto textOf = [&](unsigned long long position) {
+        return position == kUnsetPosition ? "–" : TimeAt(klipra, position);
+    };
+    std::string text = "範囲 " + textOf(start) + " ～ " + textOf(end);
+    if (start != kUnsetPosition && end != kUnsetPosition) {
+        const auto [first, last] = std::minmax(start, end);
+        text += " (" + TimeAt(klipra, last - first) + ")";
+    }
+    return text;
+}
+
+std::string WaveformText(const KlipraMac& klipra) {
+    const auto& wave = klipra.GetWaveContext();
+    if (!wave) {
+        return "";
+    }
+    const long long percent = 100LL * wave->GetFinishedColumns() / wave->GetSize().width;
+    return percent == 100 ? "" : "波形 " + std::to_string(percent) + "%";
+}
+
+} // namespace
+
+StatusTexts MakeStatusTexts(const KlipraMac& klipra) {
+    const std::size_t found = klipra.sceneChangePositions.size();
+    return {FileText(klipra), RangeText(klipra),
+            found == 0 ? "" : "無音 " + std::to_string(found) + "か所", WaveformText(klipra)};
+}
