@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -30,12 +32,31 @@ private:
     bool m_isWaiting;
 };
 
+/// A message box as every other one here: the headline bold, the lines of a width to be read with
+/// ease, no markup, as file names have none.
+class MessageBox : public QMessageBox {
+public:
+    MessageBox(Icon icon, const QString& headline, const QString& text, QWidget* parent)
+        : QMessageBox(icon, QApplication::applicationName(), headline, NoButton, parent) {
+        setTextFormat(Qt::PlainText);
+        setInformativeText(text);
+        if (auto* const label = findChild<QLabel*>("qt_msgbox_label")) {
+            QFont bold = label->font();
+            bold.setBold(true);
+            label->setFont(bold);
+        }
+        if (auto* const grid = qobject_cast<QGridLayout*>(layout())) {
+            constexpr int kLeastWidth = 400; // pixels
+            grid->addItem(new QSpacerItem(kLeastWidth, 0), grid->rowCount(), 0, 1,
+                          grid->columnCount()); // owned by the layout
+        }
+    }
+};
+
 bool ConfirmReplacing(QWidget* parent, const QString& path) {
-    QMessageBox box(QMessageBox::Warning, QApplication::applicationName(),
-                    QString("“%1”は既に存在します。").arg(QFileInfo(path).fileName()),
-                    QMessageBox::NoButton, parent);
-    box.setTextFormat(Qt::PlainText);
-    box.setInformativeText("置き換えると、今の内容は失われます。");
+    MessageBox box(QMessageBox::Warning,
+                   QString("“%1”は既に存在します。").arg(QFileInfo(path).fileName()),
+                   "置き換えると、今の内容は失われます。", parent);
     const QPushButton* const replace = box.addButton("置き換える", QMessageBox::AcceptRole);
     box.setDefaultButton(box.addButton("キャンセル", QMessageBox::RejectRole));
     box.exec();
@@ -55,10 +76,8 @@ int QtDesktop::ShowAlert(const std::string& headline, const std::string& text,
     const auto icon = buttons.size() > 1 ? QMessageBox::Question
                       : text.empty()     ? QMessageBox::Information
                                          : QMessageBox::Warning;
-    QMessageBox box(icon, QApplication::applicationName(), QString::fromStdString(headline),
-                    QMessageBox::NoButton, QApplication::activeWindow());
-    box.setTextFormat(Qt::PlainText); // a file name is no markup
-    box.setInformativeText(QString::fromStdString(text));
+    MessageBox box(icon, QString::fromStdString(headline), QString::fromStdString(text),
+                   QApplication::activeWindow());
     std::vector<QAbstractButton*> boxButtons;
     for (const std::string& title : buttons) {
         const auto role = boxButtons.empty() ? QMessageBox::RejectRole : QMessageBox::AcceptRole;
