@@ -10,6 +10,8 @@
 #include <QAction>
 #include <QApplication>
 
+#include <algorithm>
+
 void AppDelegate::ConnectCommands() {
     struct Control {
         const char* button; // none: null
@@ -126,7 +128,8 @@ void AppDelegate::ScBackBtnClick(QObject* /*sender*/) {
 void AppDelegate::MoveMenuClick(QObject* /*sender*/) {
     goWindowController = std::make_unique<GoWindowController>(&window);
     goWindowController->setDelegate(this);
-    goWindowController->seconds = pKlipraMac->GetCurrentPositionInSeconds();
+    // Below 0 where there is no stream.
+    goWindowController->seconds = std::max(pKlipraMac->GetCurrentPositionInSeconds(), 0.0);
     goWindowController->showWindow();
 }
 

@@ -3,8 +3,19 @@
 #include <QEvent>
 #include <QHeaderView>
 
+namespace {
+
+/// A picture that is the same in a selected row: the toolkit would tint it.
+QIcon Picture(const QString& path) {
+    QIcon icon(path);
+    icon.addFile(path, {}, QIcon::Selected);
+    return icon;
+}
+
+} // namespace
+
 HistoryOutline::HistoryOutline(QTreeView* view, std::function<void(int)> selected)
-    : m_view(view), m_model(QIcon(":/disk.png"), QIcon(":/save.png")),
+    : m_view(view), m_model(Picture(":/disk.png"), Picture(":/save.png")),
       m_selected(std::move(selected)) {
     m_view->setModel(&m_model);
     m_view->header()->setStretchLastSection(false);

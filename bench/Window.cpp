@@ -1,0 +1,106 @@
+#include "app/AppDelegate.h"
+#include "app/PrepareApplication.h"
+#include "app/WaveView.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+
+namespace {
+
+constexpr double kMillisecondsANanosecond = 1e-6;
+constexpr double kRepaintBound = 10.0; // milliseconds: a tenth of the refresh timer's interval
+
+/// Runs the event loop until something is so.
+/// @return the longest time, in milliseconds, for which it did not come back to it
+template <typename Condition>
+double RunUntil(Condition condition) {
+    qint64 longest = 0;
+    QElapsedTimer timer;
+    while (!condition()) {
+        timer.start();
+        QCoreApplication::processEvents();
+        longest = std::max(longest, timer.nsecsElapsed());
+    }
+    return static_cast<double>(longest) * kMillisecondsANanosecond;
+}
+
+double ProcessorMilliseconds() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 +
+           static_cast<double>(time.tv_nsec) * kMillisecondsANanosecond;
+}
+
+void Idle(int milliseconds) {
+    QTimer::singleShot(milliseconds, qApp, &QCoreApplication::quit);
+    QApplication::exec();
+}
+
+/// Mean and longest repaint of the strip, in milliseconds.
+std::pair<double, double> MeasureRepaints(WaveView& view) {
+    constexpr int kRepaints = 200;
+    qint64 sum = 0;
+    qint64 longest = 0;
+    QElapsedTimer timer;
+    for (int i = 0; i < kRepaints; ++i) {
+        timer.start();
+        view.display();
+        const qint64 elapsed = timer.nsecsElapsed();
+        sum += elapsed;
+        longest = std::max(longest, elapsed);
+    }
+    return {static_cast<double>(sum) * kMillisecondsANanosecond / kRepaints,
+            static_cast<double>(longest) * kMillisecondsANanosecond};
+}
+
+} // namespace
+
+// Opens a file as the program does, and tells how quickly its window answers while the waveform is
+// painted, how long a repaint takes at the largest zoom, and what the window costs at rest.
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fputs("Usage: klipra-window FILE\n", stderr);
+        return 2;
+    }
+    int programNameOnly = 1;
+    const QApplication application(programNameOnly, argv);
+    PrepareApplication();
+    AppDelegate delegate;
+    delegate.applicationDidFinishLaunching({argv[0], argv[1]});
+    KlipraMac* const klipra = delegate.GetKlipra();
+    if (klipra == nullptr || klipra->channel == 0) {
+        return 1;
+    }
+    RunUntil([calls = 0]() mutable { return ++calls > 3; }); // the window comes up
+    const auto isComplete = [&] {
+        return klipra->GetWaveContext()->GetFinishedColumns() == klipra->GetImageSize().width;
+    };
+    std::printf("longest pause while the waveform is painted  %8.2f ms\n", RunUntil(isComplete));
+
+    klipra->Zoom(klipra->maxZoom);
+    klipra->SetStartPosition();
+    klipra->SetCurrentPosition(klipra->length / 1000); // seen, and painted soon
+    klipra->SetEndPosition();
+    RunUntil([&] { return klipra->GetWaveContext()->GetFinishedColumns() > 2000; });
+    auto* const view = delegate.GetWindow()->findChild<WaveView*>();
+    const auto [mean, longest] = MeasureRepaints(*view);
+    std::printf("repaint at zoom %3d, mean                     %8.2f ms (at most %.0f)\n"
+                "repaint at zoom %3d, longest                  %8.2f ms\n",
+                klipra->maxZoom, mean, kRepaintBound, klipra->maxZoom, longest);
+
+    klipra->Zoom(1);
+    RunUntil(isComplete);
+    constexpr int kSettle = 1000; // milliseconds
+    constexpr int kRest = 5000;
+    Idle(kSettle);
+    const double before = ProcessorMilliseconds();
+    Idle(kRest);
+    std::printf("processor time of %d s at rest                 %8.2f ms\n", kRest / 1000,
+                ProcessorMilliseconds() - before);
+    delegate.applicationWillTerminate();
+    return mean <= kRepaintBound ? 0 : 1;
+}
