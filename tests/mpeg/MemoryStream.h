@@ -41,3 +41,8 @@ std::optional<CMPAException::ErrorIDs> ErrorOf(Operation operation) {
     }
     return std::nullopt;
 }
+
+/// A failure as a result: below 0.
+constexpr int Failure(CMPAException::ErrorIDs id) {
+    return -static_cast<int>(id);
+}

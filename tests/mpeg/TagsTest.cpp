@@ -6,146 +6,102 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
+#include <cmath>
+#include <tuple>
 
 namespace {
 
-using Step = std::function<void(Mp3Builder&)>;
-
-struct Kind {
-    const char* name;
-    float version;
-    Step append;
-};
-
-const std::vector<Kind> kTrailing = {
-    {"ID3", 1.0F, [](Mp3Builder& file) { file.Id3v1(); }},
-    {"ID3", 1.1F, [](Mp3Builder& file) { file.Id3v1(7); }},
-    {"ID3", 2.4F, [](Mp3Builder& file) { file.Id3v2(500, true); }},
-    {"APE", 2.0F, [](Mp3Builder& file) { file.Ape(200); }},
-    {"APE", 1.0F, [](Mp3Builder& file) { file.Ape(70, false, 1000); }},
-    {"Lyrics3", 1.0F, [](Mp3Builder& file) { file.Lyrics3v1(5089); }}, // the longest there is
-    {"Lyrics3", 2.0F, [](Mp3Builder& file) { file.Lyrics3v2(112); }},
-    {"MM", 3.05F, [](Mp3Builder& file) { file.MusicMatch(0); }},
-    {"MM", 3.05F, [](Mp3Builder& file) { file.MusicMatch(300, 8004, true); }},
-    {"MM", 3.05F, [](Mp3Builder& file) { file.MusicMatch(5, 8132); }},
-    {"MM", 3.0F, [](Mp3Builder& file) { file.MusicMatch(9, 7868, true); }},
-};
-const std::vector<Kind> kLeading = {
-    {"ID3", 2.3F, [](Mp3Builder& file) { file.Id3v2(300'000); }},
-    {"ID3", 2.4F, [](Mp3Builder& file) { file.Id3v2(0, true); }},
-    {"APE", 2.0F, [](Mp3Builder& file) { file.Ape(77); }},
-};
-
-// The tags stand in the file in this order, the first few of them before its frames.
-void ExpectFound(const std::vector<Kind>& kinds, std::size_t leading) {
+TEST(CTags, FindsEveryKindBesideEveryOtherAtBothEnds) {
+    const std::vector<std::tuple<const char*, int, Mp3Builder>> kinds[] = {
+        {
+            // at the start; the number is a hundredfold of the version
+            {"ID3", 230, Mp3Builder().Id3v2(300'000)},
+            {"ID3", 240, Mp3Builder().Id3v2(0, true)},
+            {"APE", 200, Mp3Builder().Ape(77)},
+        },
+        {
+            // at the end
+            {"ID3", 100, Mp3Builder().Id3v1()},
+            {"ID3", 110, Mp3Builder().Id3v1(7)},
+            {"ID3", 240, Mp3Builder().Id3v2(500, true)},
+            {"APE", 200, Mp3Builder().Ape(200)},
+            {"APE", 100, Mp3Builder().Ape(70, false, 1000)},
+            {"Lyrics3", 100, Mp3Builder().Lyrics3v1(5089)}, // the longest there is
+            {"Lyrics3", 200, Mp3Builder().Lyrics3v2(112)},
+            {"MM", 305, Mp3Builder().MusicMatch(0)},
+            {"MM", 305, Mp3Builder().MusicMatch(300, 8004, true)},
+            {"MM", 305, Mp3Builder().MusicMatch(5, 8132)},
+            {"MM", 300, Mp3Builder().MusicMatch(9, 7868, true)},
+        }};
     Mp3Builder file;
-    for (std::size_t i = 0; i <= kinds.size(); ++i) {
-        file.Frames(i == leading ? 2 : 0);
-        if (i < kinds.size()) {
-            kinds[i].append(file);
+    std::vector<std::tuple<std::string, int, long long, unsigned int, bool>> expected;
+    for (const bool isAppended : {false, true}) {
+        for (const auto& first : kinds[isAppended]) {
+            for (const auto& second : kinds[isAppended]) {
+                for (const auto& [name, version, tag] : {first, second}) {
+                    expected.emplace_back(name, version, file.Size(), tag.Size(), isAppended);
+                    file.Raw(tag.Bytes());
+                }
+            }
         }
+        // Found from the end backwards, then from the start on.
+        std::reverse(expected.begin(), expected.end());
+        file.Frames(isAppended ? 0 : 2);
     }
     MemoryStream stream(file.Bytes());
     const CTags tags(&stream);
     EXPECT_EQ(tags.GetBeginOffset(), file.FrameExtents().front().offset);
     EXPECT_EQ(tags.GetEndOffset(), file.FrameExtents().back().End());
-    unsigned int index = 0;
-    while (const CTag* tag = tags.GetNextTag(index)) {
-        ASSERT_LE(index, kinds.size());
-        // Found from the end backwards, then from the start on.
-        const std::size_t place = index <= kinds.size() - leading
-                                      ? kinds.size() - index
-                                      : index - 1 - (kinds.size() - leading);
-        EXPECT_EQ(tag->GetName(), kinds[place].name);
-        EXPECT_FLOAT_EQ(tag->GetVersion(), kinds[place].version);
-        EXPECT_EQ((Extent{tag->GetOffset(), tag->GetSize()}), file.TagExtents()[place]);
-        EXPECT_EQ(tag->IsAppended(), place >= leading);
+    decltype(expected) found;
+    for (unsigned int index = 0; const CTag* tag = tags.GetNextTag(index);) {
+        found.emplace_back(tag->GetName(), std::lround(100 * tag->GetVersion()), tag->GetOffset(),
+                           tag->GetSize(), tag->IsAppended());
     }
-    EXPECT_EQ(index, kinds.size() + 1);
-}
-
-TEST(CTags, FindsEveryKindInEveryOrderAtBothEnds) {
-    ExpectFound({}, 0);
-    for (const Kind& first : kTrailing) {
-        ExpectFound({first}, 0);
-        for (const Kind& second : kTrailing) {
-            ExpectFound({kLeading[1], first, second}, 1);
-        }
-    }
-    for (const Kind& first : kLeading) {
-        ExpectFound({first}, 1);
-        for (const Kind& second : kLeading) {
-            ExpectFound({first, second, kTrailing[3], kTrailing[6], kTrailing[0]}, 2);
-        }
-    }
-}
-
-// How many bytes of tags are found, or the failure as a negative number.
-long long TagBytes(const Mp3Builder& file) {
-    try {
-        MemoryStream stream(file.Bytes());
-        const CTags tags(&stream);
-        return file.Size() - (tags.GetEndOffset() - tags.GetBeginOffset());
-    } catch (const CMPAException& exception) {
-        return -static_cast<long long>(exception.GetErrorID());
-    }
+    EXPECT_EQ(found, expected);
 }
 
 TEST(CTags, RefusesOrPassesOverDamagedTags) {
-    const Step id3v2 = [](Mp3Builder& file) { file.Id3v2(100, true); };
-    const Step ape = [](Mp3Builder& file) { file.Ape(100); };
-    const Step lyrics1 = [](Mp3Builder& file) { file.Lyrics3v1(5090); };
-    const Step lyrics2 = [](Mp3Builder& file) { file.Lyrics3v2(100); };
-    const Step musicMatch = [](Mp3Builder& file) { file.MusicMatch(10); };
-    constexpr long long kRefused = -static_cast<long long>(CMPAException::NoFrameBeforeEOF);
-    constexpr long long kCorrupt = -static_cast<long long>(CMPAException::CorruptLyrics3Tag);
+    const Mp3Builder audio = Mp3Builder().Frames(2);
+    constexpr int kEnd = Failure(CMPAException::NoFrameBeforeEOF);
+    constexpr int kCorrupt = Failure(CMPAException::CorruptLyrics3Tag);
+    constexpr int kTooMany = Failure(CMPAException::NoFrameWithinTolerance);
     const std::string most(4, '\xFF');
-    const std::string none(4, '\0');
-    const struct {
-        bool appended;
-        Step tag;
-        long long offset; // of the damage, from the tag's end where negative
-        std::string bytes;
-        long long tagBytes;
-    } cases[] = {
-        {false, id3v2, 6, most, kRefused},
-        {false, id3v2, 6, none, 20},
-        {true, id3v2, -4, most, kRefused},
-        {false, ape, 12, most, kRefused},        // wraps with its header
-        {false, ape, 12, none + none + none, 0}, // no size at all
-        {true, ape, -20, most, kRefused},
-        {true, ape, -20, none + none + none, kRefused},              // would begin behind itself
-        {true, ape, -20, LittleEndian(2 * 417 + 132 + 1), kRefused}, // would begin at -1
-        {true, ape, -20, LittleEndian(2 * 417 - 68), 2 * 417 - 36},
-        {true, lyrics1, 0, "LYRICSBEGIN", kCorrupt}, // too far from the end
-        {true, lyrics1, 1, "LYRICSBEGIN", 5109},
-        {true, lyrics2, -15, "999999", kRefused},
-        {true, lyrics2, -15, "-00009", 0},
-        {true, musicMatch, -324 - 7936, "?", 0}, // cannot be measured
-        {true, musicMatch, -68, most, kRefused},
-        {true, musicMatch, -56, most, kRefused},
-        {true, musicMatch, -16, "3.x ", 10 + 7868 + 324},
-    };
-    for (const auto& [appended, tag, offset, bytes, tagBytes] : cases) {
-        SCOPED_TRACE(testing::Message() << offset << testing::PrintToString(bytes));
-        Mp3Builder file;
-        file.Frames(appended ? 2 : 0);
-        tag(file);
-        const Extent extent = file.TagExtents().front();
-        file.Frames(2).Patch(offset < 0 ? extent.End() + offset : extent.offset + offset, bytes);
-        file.Truncate(appended ? 2 * 417 : 0);
-        EXPECT_EQ(TagBytes(file), tagBytes);
+    const std::string zeros(12, '\0');
+    Mp3Builder thousands;
+    for (int i = 0; i < 20'000; ++i) {
+        thousands.Id3v1();
     }
-}
-
-TEST(CTags, NumberOfTagsIsBounded) {
-    for (const Kind& kind : {kLeading[1], kTrailing[0]}) {
-        Mp3Builder file;
-        for (int i = 0; i < 20'000; ++i) {
-            kind.append(file);
-        }
-        EXPECT_LT(TagBytes(file), 0) << kind.name;
+    const std::pair<Mp3Builder, int> cases[] = {
+        // the file, and how many bytes of tags are found or which failure as a negative number
+        {Mp3Builder().Id3v2(100, true).Patch(6, most).Frames(2), kEnd},
+        {Mp3Builder().Id3v2(100, true).Patch(6, zeros.substr(8)).Frames(2), 20},
+        {Mp3Builder(audio).Id3v2(100, true).Patch(-4, most), kEnd},
+        {Mp3Builder().Ape(100).Patch(12, most).Frames(2), kEnd}, // wraps with its header
+        {Mp3Builder().Ape(100).Patch(12, zeros).Frames(2), 0},   // no size at all
+        {Mp3Builder(audio).Ape(100).Patch(-20, most), kEnd},
+        {Mp3Builder(audio).Ape(100).Patch(-20, zeros), kEnd}, // would begin behind itself
+        {Mp3Builder(audio).Ape(100).Patch(-20, LittleEndian(2 * 417 + 132 + 1)), kEnd}, // at -1
+        {Mp3Builder(audio).Ape(100).Patch(-20, LittleEndian(2 * 417 - 68)), 2 * 417 - 36},
+        {Mp3Builder(audio).Lyrics3v1(5090), kCorrupt}, // too far from the end
+        {Mp3Builder(audio).Lyrics3v1(5090).Patch(835, "LYRICSBEGIN"), 5109},
+        {Mp3Builder(audio).Lyrics3v2(100).Patch(-15, "999999"), kEnd},
+        {Mp3Builder(audio).Lyrics3v2(100).Patch(-15, "-00009"), 0},
+        {Mp3Builder(audio).MusicMatch(10).Patch(-324 - 7936, "?"), 0}, // cannot be measured
+        {Mp3Builder(audio).MusicMatch(10).Patch(-68, most), kEnd},
+        {Mp3Builder(audio).MusicMatch(10).Patch(-56, most), kEnd},
+        {Mp3Builder(audio).MusicMatch(10).Patch(-16, "3.x "), 10 + 7868 + 324},
+        {thousands, kTooMany},
+    };
+    for (const auto& entry : cases) {
+        SCOPED_TRACE(&entry - cases);
+        const Mp3Builder& file = entry.first;
+        MemoryStream stream(file.Bytes());
+        long long tagBytes = 0;
+        const auto error = ErrorOf([&] {
+            const CTags tags(&stream);
+            tagBytes = file.Size() - (tags.GetEndOffset() - tags.GetBeginOffset());
+        });
+        EXPECT_EQ(error ? Failure(*error) : tagBytes, entry.second);
     }
 }
 

@@ -176,7 +176,7 @@ Mp3Builder& Mp3Builder::Truncate(unsigned int count) {
 }
 
 Mp3Builder& Mp3Builder::Patch(long long offset, const std::string& bytes) {
-    const auto begin = static_cast<std::size_t>(offset);
+    const auto begin = static_cast<std::size_t>(offset < 0 ? Size() + offset : offset);
     m_bytes.resize(std::max(m_bytes.size(), begin + bytes.size()), '.');
     m_bytes.replace(begin, bytes.size(), bytes);
     return *this;

@@ -29,7 +29,6 @@ struct FrameFormat {
     /// that this version and layer do not have.
     std::string Header() const;
     unsigned int SizeBytes() const; ///< of the whole frame, ISO/IEC 11172-3, 2.4.3.1
-    bool operator==(const FrameFormat&) const = default;
 };
 
 /// The fields of a VBRI header.
@@ -81,6 +80,7 @@ public:
     Mp3Builder& Garbage(unsigned int count) { return Raw(std::string(count, '\x2A')); }
     Mp3Builder& Truncate(unsigned int count); ///< takes bytes away from the end
     /// Writes over what is there; the file grows when that is not enough.
+    /// @param offset  from the end where negative
     Mp3Builder& Patch(long long offset, const std::string& bytes);
 
     const std::string& Bytes() const { return m_bytes; }
