@@ -18,40 +18,28 @@ TEST(FileReplacement, TakesTheTargetsPlaceAndPermissionsOnCommitOnly) {
     const TemporaryFolder folder;
     const std::string target = folder.Write("target", "old");
     chmod(target.c_str(), 0640);
-    {
-        const FileReplacement abandoned(target, target);
-        std::ofstream(abandoned.GetPath()) << "half";
-        EXPECT_EQ(TemporaryFolder::Read(target), "old");
-    }
-    EXPECT_EQ(CountFiles(folder.Path("")), 1);
-    {
+    for (const bool isAbandoned : {true, false}) {
         FileReplacement replacement(target, target);
         std::ofstream(replacement.GetPath()) << "new";
-        EXPECT_TRUE(replacement.Commit());
+        EXPECT_EQ(TemporaryFolder::Read(target), "old");
+        EXPECT_TRUE(isAbandoned || replacement.Commit());
     }
     EXPECT_EQ(TemporaryFolder::Read(target), "new");
     EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
     EXPECT_EQ(CountFiles(folder.Path("")), 1);
 }
 
-TEST(FileReplacement, OfAPrivateFileIsPrivate) {
-    const TemporaryFolder folder;
-    const std::string source = folder.Write("source", "secret");
-    chmod(source.c_str(), 0600);
-    const FileReplacement replacement(folder.Path("new"), source);
-    EXPECT_EQ(fs::status(replacement.GetPath()).permissions(), fs::perms(0600));
-}
-
-TEST(FileReplacement, DoesNotFollowALink) {
+TEST(FileReplacement, OfALinkFollowsItNotAndOfAPrivateFileIsPrivate) {
     const TemporaryFolder folder;
     const std::string precious = folder.Write("precious", "precious");
     const std::string link = folder.Path("link");
     fs::create_symlink(precious, link);
-    FileReplacement replacement(link, precious);
-    std::ofstream(replacement.GetPath()) << "new";
-    EXPECT_TRUE(replacement.Commit());
+    EXPECT_TRUE(FileReplacement(link, precious).Commit());
     EXPECT_EQ(TemporaryFolder::Read(precious), "precious");
     EXPECT_FALSE(fs::is_symlink(link));
+    chmod(precious.c_str(), 0600);
+    const FileReplacement replacement(folder.Path("new"), precious);
+    EXPECT_EQ(fs::status(replacement.GetPath()).permissions(), fs::perms(0600));
 }
 
 TEST(FileReplacement, RefusesTargetsThatNoFileCanReplace) {
