@@ -90,16 +90,6 @@ TEST_F(CutMP3, WritesWholeFramesOfTheRangeOrOfTheRest) {
     }
 }
 
-TEST_F(CutMP3, CopiesFramesOfEveryFormatAtTheirFullSize) {
-    for (const FrameFormat& format :
-         {FrameFormat{.layer = 1, .bitrateKbps = 32, .rateHz = 48000},
-          FrameFormat{.layer = 2, .bitrateKbps = 192, .isPadded = true},
-          FrameFormat{.version = 0, .bitrateKbps = 160, .rateHz = 8000}}) {
-        const auto source = Mp3Builder().Format(format).Frames(12);
-        EXPECT_EQ(NamesOf(Cut(source, 0.0F, 100.0F), source), "BCDEFGHIJKL");
-    }
-}
-
 TEST_F(CutMP3, KeepsTheTagsOfBothEndsInTheirOrderAndDropsGarbage) {
     auto source = Mp3Builder().Id3v2(1000).Ape(70000); // more than is copied at once
     const std::string leading = source.Bytes();
