@@ -7,12 +7,19 @@
 #include "adaptor/WaveContext.h"
 #include "engine/Klipra.h"
 
+#include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
 #include <thread>
+
+/// Gives pages back to the system.
+struct UnmapMemory {
+    void operator()(std::uint32_t* memory) const;
+
+    std::size_t bytes = 0;
+};
 
 /// The engine on a desktop: its hooks filled in with temporary files, the desktop's alerts and save
 /// panel, the wave image and the history tree. What concerns controls goes on to a delegate.
@@ -109,10 +116,7 @@ public:
     void UpdateHistoryItem(const std::string& path);
 
 private:
-    struct FreeMemory {
-        void operator()(std::uint32_t* memory) const { std::free(memory); }
-    };
-    using WavePixels = std::unique_ptr<std::uint32_t[], FreeMemory>;
+    using WavePixels = std::unique_ptr<std::uint32_t[], UnmapMemory>;
 
     std::string ProposeOutputName(const std::string& folder);
     const char* GetExtension() const { return formatType == FormatType::MP3 ? "mp3" : "wav"; }
