@@ -3,13 +3,14 @@
 #include <cstdint>
 #include <string>
 
-/// Builds WAV files for tests. Every field stands as given; nothing is checked.
+/// Builds WAV files for tests. Every field stands as given; nothing is checked. Those that follow
+/// from others are, unless given, those of 16-bit samples.
 struct WavBuilder {
     std::uint16_t formatTag = 1;
     std::uint16_t channels = 2;
     std::uint32_t rateHz = 44100;
-    std::int32_t bytesPerSecond = 176400;
-    std::int16_t blockAlign = 4;
+    std::int32_t bytesPerSecond = static_cast<std::int32_t>(rateHz * channels * 2);
+    std::int16_t blockAlign = static_cast<std::int16_t>(channels * 2);
     std::uint32_t formatSize = 16; ///< as declared
     std::string formatExtension{}; ///< what follows the 16 bytes of the format
     std::string chunksBefore{};    ///< between the format and the samples
