@@ -79,10 +79,7 @@ using Samples = std::vector<std::int16_t>;
 
 /// A WAV file of 16-bit samples at 8000 sample frames a second.
 inline std::string Wav(const Samples& samples, std::uint16_t channels = 1) {
-    WavBuilder builder{.channels = channels,
-                       .rateHz = 8000,
-                       .bytesPerSecond = 16000 * channels,
-                       .blockAlign = static_cast<std::int16_t>(2 * channels)};
+    WavBuilder builder{.channels = channels, .rateHz = 8000};
     for (const std::int16_t sample : samples) {
         builder.samples += WavBuilder::Number(2, static_cast<std::uint16_t>(sample));
     }

@@ -80,32 +80,18 @@ TEST(WaveImage, AColumnAndAZoomAreAMillisecondAtLeast) {
 
 // Rounding one column's length must not displace the last of 100 000.
 TEST(WaveImage, ColumnsOfTenHoursLineUpWithPositions) {
-    constexpr int kSampleFrames = 36'000'000; // at 1000 a second
-    constexpr int kFramesPerColumn = 360;
-    const WavBuilder builder{.channels = 1,
-                             .rateHz = 1000,
-                             .bytesPerSecond = 2000,
-                             .blockAlign = 2,
-                             .dataSize = 2LL * kSampleFrames};
-    OpenedFile file(builder.Bytes());
-    const auto headerBytes = static_cast<std::streamoff>(builder.Header().size());
-    std::filesystem::resize_file(file.path,
-                                 static_cast<std::uintmax_t>(headerBytes + builder.dataSize));
-    std::fstream samples(file.path, std::ios::in | std::ios::out | std::ios::binary);
+    constexpr std::size_t kColumnBytes = 720; // at 1000 sample frames a second
     const int columns[] = {1, 50'001, 99'998};
+    std::string samples(100'000 * kColumnBytes, '\0');
     for (const int column : columns) {
-        for (const int margin : {3, kFramesPerColumn - 4}) {
-            samples.seekp(headerBytes + 2LL * (column * kFramesPerColumn + margin));
-            samples << WavBuilder::Number(2, 16384);
+        for (const int margin : {7, 713}) { // the high bytes of the 3rd from either end
+            samples[column * kColumnBytes + margin] = 0x40;
         }
     }
-    samples.close();
-    file.delegate.visibleWidth = 1000;
-    file.adaptor.SetDrawSize(1000);
-    ASSERT_TRUE(file.adaptor.LoadPlayFile());
+    OpenedFile file(WavBuilder{.channels = 1, .rateHz = 1000, .samples = samples}.Bytes(), 1000);
     file.adaptor.Zoom(100);
     file.delegate.AwaitScan();
-    EXPECT_EQ(file.adaptor.bytesPerPixel, 2U * kFramesPerColumn);
+    EXPECT_EQ(file.adaptor.bytesPerPixel, kColumnBytes);
     for (const int column : columns) {
         ExpectBars(*file.adaptor.GetWaveContext(), column - 1, {{0, 0}, {50, 50}, {0, 0}});
     }
@@ -123,29 +109,22 @@ TEST(WaveImage, ZoomChangesInARowLeaveTheLastOne) {
         file.adaptor.Zoom(factor);
         const WaveContext& image = *file.adaptor.GetWaveContext();
         ASSERT_EQ(image.GetSize().width, factor * 60);
-        while (factor % 4 == 0 && image.GetFinishedColumns() < 2 * factor) {
-        } // let some of them come a little further
-        if (factor % 4 == 0) {
-            const int middle = factor + factor / 2; // of the second second
-            ExpectBars(image, middle, {bars[1]});
+        if (factor % 4 == 0) { // let some of them come a little further
+            while (image.GetFinishedColumns() < 2 * factor) {
+            }
+            ExpectBars(image, factor + factor / 2, {bars[1]}); // the middle of the second second
         }
     }
     ExpectWholeImage(file, bars);
 }
 
-TEST(WaveImage, IsBlackForAFileThatCannotBeDecoded) {
+TEST(WaveImage, IsBlackForAFileThatCannotBeDecodedAndHasALimit) {
     AlertRecorder desktop;
     OpenedFile file("not audio", 3);
     EXPECT_EQ(desktop.texts, "コンテンツのロードに失敗しました。");
-    EXPECT_FALSE(file.adaptor.GetWaveContext());
     file.delegate.Zoom(1);
     ExpectWholeImage(file, {{0, 0}, {0, 0}, {0, 0}});
-    EXPECT_GT(file.adaptor.bytesPerPixel, 0U);
-}
-
-TEST(WaveImage, RefusesSizesThatNoImageHas) {
-    OpenedFile file(SilentWav(1), 3);
-    for (const int width : {0, -1, 2'000'000'000}) {
+    for (const int width : {0, 2'000'000'000}) {
         file.adaptor.SetWaveSize(width);
         EXPECT_FALSE(file.adaptor.CreateWaveImage()) << width;
         EXPECT_FALSE(file.adaptor.GetWaveContext()) << width;

@@ -132,4 +132,11 @@ TEST_F(Edits, ExtractsAndSavesToAnyFileThatTheHistoryDoesNotUse) {
     }
 }
 
+TEST(Paths, AreTakenApartFromTheirEnd) {
+    EXPECT_EQ(Klipra::ExtractFolder("/x/y/z.tar.mp3"), "/x/y");
+    EXPECT_EQ(Klipra::ExtractFilename("/x/y/z.tar.mp3"), "z.tar.mp3");
+    EXPECT_EQ(Klipra::ExtractExtension("/x/y/z.tar.mp3"), "mp3");
+    EXPECT_EQ(Klipra::ExtractExtension("noext"), "noext");
+}
+
 } // namespace
