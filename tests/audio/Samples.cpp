@@ -15,11 +15,7 @@ std::string Clip(const std::string& name) {
 
 std::string RepeatedClip(const std::string& name, int times) {
     const std::string clip = Clip(name);
-    std::string repeated;
-    for (int i = 0; i < times; ++i) {
-        repeated += clip;
-    }
-    return repeated;
+    return times == 0 ? "" : clip + RepeatedClip(name, times - 1);
 }
 
 Samples ReadAll(Decoder& decoder) {
