@@ -3,10 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
-#include <cstring>
-#include <filesystem>
+#include <cstdlib>
 
 namespace {
 
@@ -18,14 +15,12 @@ void ExpectBars(const WaveContext& image, int x, const Bars& bars) {
     for (const auto& [up, down] : bars) {
         for (int row = 0; row < 201; ++row) {
             const int distance = std::abs(row - 100);
-            const auto red = static_cast<unsigned char>(255 * distance / 100);
             const bool isPainted = distance > 0 && distance <= (row < 100 ? up : down);
-            const auto expected = isPainted ? std::array{red, static_cast<unsigned char>(255 - red)}
-                                            : std::array<unsigned char, 2>{};
-            const auto* const pixel = reinterpret_cast<const unsigned char*>(image.GetPixels()) +
-                                      image.GetBytesPerRow() * static_cast<std::size_t>(row) +
-                                      4 * x;
-            EXPECT_TRUE(std::equal(expected.begin(), expected.end(), pixel) && pixel[2] == 0)
+            const int red = isPainted ? 255 * distance / 100 : 0;
+            const int green = isPainted ? 255 - red : 0;
+            const auto* const pixel = reinterpret_cast<const unsigned char*>(
+                image.GetPixels() + row * image.GetSize().width + x);
+            EXPECT_TRUE(pixel[0] == red && pixel[1] == green && pixel[2] == 0)
                 << "column " << x << ", row " << row;
         }
         ++x;
@@ -43,14 +38,12 @@ void ExpectWholeImage(const OpenedFile& file, const Bars& bars) {
 
 TEST(WaveImage, ShowsTheLeftPeakUpwardsAndTheRightDownwards) {
     Samples samples(std::size_t{2} * 600); // 100 sample frames a column
-    const auto left = [&](std::size_t frame) -> std::int16_t& { return samples[2 * frame]; };
-    const auto right = [&](std::size_t frame) -> std::int16_t& { return samples[2 * frame + 1]; };
-    left(0) = -32768;
-    right(99) = 16384;
-    left(150) = 131; // 0.004
-    right(150) = -1;
-    left(200) = right(299) = 8192;
-    right(599) = 32767;
+    samples[0] = -32768;                   // left
+    samples[1 + 2 * 99] = 16384;
+    samples[2 * 150] = 131; // 0.004
+    samples[1 + 2 * 150] = -1;
+    samples[2 * 200] = samples[1 + 2 * 299] = 8192;
+    samples[1 + 2 * 599] = 32767;
     OpenedFile file(Wav(samples, 2), 6);
     ExpectWholeImage(file, {{100, 50}, {1, 1}, {25, 25}, {0, 0}, {0, 0}, {0, 100}});
     const std::string calls = file.delegate.TakeCalls() + " ";

@@ -32,21 +32,6 @@ TEST(PlaybackQueue, HandsOutWhatWasPushedAndSilenceWhenThereIsNone) {
     EXPECT_EQ(Take(queue, 2), Count(6, 2)) << "what was late is not lost";
 }
 
-TEST(PlaybackQueue, GoesRoundWithoutLosingAny) {
-    PlaybackQueue queue({8000, 1});
-    const std::int64_t room = queue.Room();
-    std::int16_t pushed = 0;
-    std::int16_t taken = 0;
-    while (taken < 3 * room) {
-        while (queue.Room() >= 700) {
-            queue.Push(Count(pushed, 700));
-            pushed = static_cast<std::int16_t>(pushed + 700);
-        }
-        EXPECT_EQ(Take(queue, 500), Count(taken, 500));
-        taken = static_cast<std::int16_t>(taken + 500);
-    }
-}
-
 TEST(PlaybackQueue, IsHeardAPeriodAfterItWasTaken) {
     PlaybackQueue queue({1'000'000, 1}); // a sample frame takes a microsecond
     queue.Restart(50);

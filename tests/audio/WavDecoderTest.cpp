@@ -7,7 +7,6 @@
 
 #include <bit>
 #include <cmath>
-#include <limits>
 
 namespace {
 
@@ -27,14 +26,6 @@ std::string Wav(std::uint16_t formatTag, int bits, const std::string& samples,
     return wav.Bytes().replace(kBitsOffset, 1, 1, static_cast<char>(bits));
 }
 
-std::string Floats(const std::vector<float>& values) {
-    std::string bytes;
-    for (const float value : values) {
-        bytes += WavBuilder::Number(4, std::bit_cast<std::uint32_t>(value));
-    }
-    return bytes;
-}
-
 TEST(WavDecoder, SampleFormats) {
     const TemporaryFolder folder;
     const auto decode = [&](const std::string& wav) {
@@ -45,12 +36,13 @@ TEST(WavDecoder, SampleFormats) {
     EXPECT_EQ(decode(Wav(kPcm, 24, std::string("\xFF\x34\x12\x00\x00\x80", 6))),
               (Samples{0x1234, -32768}));
     EXPECT_EQ(decode(Wav(kPcm, 32, std::string("\xFF\xFF\x34\x12", 4))), (Samples{0x1234}));
-    constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    EXPECT_EQ(decode(Wav(kFloat, 32,
-                         Floats({0.5F, -1.0F, 1.0F, -7.0F, 1.4F / 32768, 1.6F / 32768, kInfinity,
-                                 -kInfinity, std::nanf("")}))),
-              (Samples{16384, -32768, 32767, -32768, 1, 2, 32767, -32768, 0}))
-        << "scaled by full scale, not by the loudest sample";
+    std::string floats; // scaled by full scale, not by the loudest sample
+    for (const float value :
+         {0.5F, -1.0F, 1.0F, -7.0F, 1.4F / 32768, 1.6F / 32768, INFINITY, -INFINITY, NAN}) {
+        floats += WavBuilder::Number(4, std::bit_cast<std::uint32_t>(value));
+    }
+    EXPECT_EQ(decode(Wav(kFloat, 32, floats)),
+              (Samples{16384, -32768, 32767, -32768, 1, 2, 32767, -32768, 0}));
 }
 
 TEST(WavDecoder, ReadsTheSameFromAnyPlace) {
