@@ -303,7 +303,7 @@ TEST_F(Bass, PositionMovesAtTheRightPaceWithAndWithoutADevice) {
 }
 
 TEST_F(Bass, SeekingAndRestartingWhilePlaying) {
-    const HSTREAM stream = Open(folder.Write("a.mp3", RepeatedClip("joint-stereo-44100.mp3", 20)));
+    const HSTREAM stream = Open(folder.Write("a.mp3", Clip("joint-stereo-44100.mp3", 20)));
     const QWORD length = Length(stream);
     EXPECT_EQ(BASS_ChannelPlay(stream, FALSE), TRUE);
     for (const QWORD part : {3, 1, 2}) {
@@ -366,7 +366,7 @@ TEST_F(Bass, PlaysStreamsWithoutSamplesAndOfManyChannels) {
 }
 
 TEST_F(Bass, EverythingAtOnceFromManyThreads) {
-    const std::string path = folder.Write("a.mp3", RepeatedClip("joint-stereo-44100.mp3", 10));
+    const std::string path = folder.Write("a.mp3", Clip("joint-stereo-44100.mp3", 10));
     const HSTREAM played = Open(path);
     const HSTREAM decoded = Open(path, kDecode);
     EndCounter end(played);

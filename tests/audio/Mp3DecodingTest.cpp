@@ -60,7 +60,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_P(Mp3Clip, DecodesToWhatLibmpg123DecodesInOneGoFromAnyPlaceWithAnyNumberOfThreads) {
     const auto& [clip, times] = GetParam();
-    const std::string mp3 = RepeatedClip(clip, times);
+    const std::string mp3 = Clip(clip, times);
     const std::string path = folder.Write("long.mp3", mp3);
     const Samples whole = ReferenceDecode(mp3);
     for (const unsigned threads : {1U, 2U, 5U}) {
@@ -171,7 +171,7 @@ TEST_F(Mp3Decoding, RefusesWhatIsNoAudio) {
 }
 
 TEST_F(Mp3Decoding, FileThatShrinksLaterIsSilentFromThere) {
-    const std::string mp3 = RepeatedClip("joint-stereo-44100.mp3", 12);
+    const std::string mp3 = Clip("joint-stereo-44100.mp3", 12);
     const Samples whole = Decode(mp3);
     for (const unsigned threads : {1U, 2U}) {
         const std::string path = folder.Write("a.mp3", mp3);
@@ -197,7 +197,7 @@ TEST_F(Mp3Decoding, IndexIsKeptUntilTheFileChanges) {
 TEST_F(Mp3Decoding, FreedHalfWayLeavesNoThread) {
     using Threads = std::filesystem::directory_iterator;
     const auto count = [] { return std::distance(Threads("/proc/self/task"), Threads()); };
-    const std::string path = folder.Write("a.mp3", RepeatedClip("joint-stereo-44100.mp3", 40));
+    const std::string path = folder.Write("a.mp3", Clip("joint-stereo-44100.mp3", 40));
     std::thread([] {}).join(); // with the first one a sanitizer starts one of its own
     const auto before = count();
     for (const int reads : {0, 1, 1000}) {
