@@ -84,7 +84,7 @@ TEST_F(Playback, MovesByTheMoveAmountWithinTheStream) {
     m_engine.SetCurrentPosition(9600);
     for (const auto& [amount, left, right] :
          std::vector<std::array<double, 3>>{{1.0, 0, 32000},
-                                            {-4.0, 160000, 32000},
+                                            {-4.5, 160000, 16000},
                                             {1e300, 0, 160000},
                                             {2.5, 80000, 160000},
                                             {-INFINITY, 160000, 0},

@@ -40,9 +40,10 @@ TEST(SearchSceanChange, FindsQuietStretches) {
              {"L50 Q100 L50", 2.0F, {50 * kBlock, 150 * kBlock}},
              {"L50 Q10", 0.2F, {50 * kBlock}},
              {"L50 Q9", 0.2F, {}},
-             {"Q120", -INFINITY, {0}},
+             {"Q120", 0.2F, {0}},
              {"L50 l50 r50", 0.2F, {}},
              {"L5 Q6 L1 Q6 L5", 0.2F, {}},
+             {"L5 Q12 L5", -INFINITY, {11 * kBlock}},
              {"L5 Q12 L5", INFINITY, {}},
              {"L5 Q12 L5", NAN, {}}}) {
         SCOPED_TRACE(testing::Message() << blocks << " for " << thresholdTime);
