@@ -11,7 +11,6 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QKeyEvent>
-#include <QSessionManager>
 #include <QToolButton>
 
 #include <filesystem>

@@ -9,6 +9,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <QSessionManager>
 #include <QTimer>
 
 #include <atomic>
@@ -18,7 +19,6 @@
 #include <vector>
 
 class HistoryOutline;
-class QSessionManager;
 
 namespace Ui {
 class MainWindow;
@@ -28,11 +28,11 @@ class MainWindow;
 /// the engine, and what the engine says into the state of its controls.
 ///
 /// Used on the main thread, except for the members of KlipraMacDelegate that say otherwise.
-class AppDelegate : public QObject,
-                    public KlipraMacDelegate,
-                    public MainViewForKeyHandleDelegate,
-                    public GoWindowControllerDelegate,
-                    public PreferenceDelegate {
+class AppDelegate final : public QObject,
+                          public KlipraMacDelegate,
+                          public MainViewForKeyHandleDelegate,
+                          public GoWindowControllerDelegate,
+                          public PreferenceDelegate {
     Q_OBJECT
 
 public:

@@ -51,14 +51,15 @@ void AppDelegate::ConnectCommands() {
         {nullptr, "Zoom50Menu", &AppDelegate::Zoom50MenuClick},
         {nullptr, "Zoom100Menu", &AppDelegate::Zoom100MenuClick},
     };
-    for (const auto& [buttonName, menuItemName, command] : kControls) {
-        if (buttonName != nullptr) {
-            auto* const button = window.findChild<QAbstractButton*>(buttonName);
+    for (const Control& control : kControls) {
+        const Command command = control.command;
+        if (control.button != nullptr) {
+            auto* const button = window.findChild<QAbstractButton*>(control.button);
             connect(button, &QAbstractButton::clicked, this,
                     [=, this] { (this->*command)(button); });
         }
-        if (menuItemName != nullptr) {
-            auto* const item = window.findChild<QAction*>(menuItemName);
+        if (control.menuItem != nullptr) {
+            auto* const item = window.findChild<QAction*>(control.menuItem);
             connect(item, &QAction::triggered, this, [=, this] { (this->*command)(item); });
         }
     }

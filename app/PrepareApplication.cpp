@@ -28,7 +28,7 @@ void PreferJapaneseFonts() {
 void PrepareApplication() {
     Q_INIT_RESOURCE(resources);
     // The toolkit sets the person's locale, whose decimal comma would reach the C library.
-    std::setlocale(LC_NUMERIC, "C");
+    std::setlocale(LC_NUMERIC, "C"); // NOLINT(concurrency-mt-unsafe): no other thread runs yet
     QApplication::setApplicationName("Klipra");
     QApplication::setApplicationVersion(KLIPRA_VERSION);
     QApplication::setDesktopFileName("klipra");

@@ -4,6 +4,8 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -36,8 +38,11 @@ double ProcessorMilliseconds() {
 }
 
 void Idle(int milliseconds) {
-    QTimer::singleShot(milliseconds, qApp, &QCoreApplication::quit);
-    QApplication::exec();
+    QEventLoop loop;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
+    timer.start(milliseconds);
+    loop.exec();
 }
 
 /// Mean and longest repaint of the strip, in milliseconds.
