@@ -60,8 +60,7 @@ function(klipra_program target)
     set_target_properties(${target} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin"
         # Shared libraries are looked for beside the program, wherever that is.
-        BUILD_RPATH_USE_ORIGIN ON
-        INSTALL_RPATH "$ORIGIN")
+        BUILD_RPATH_USE_ORIGIN ON)
 endfunction()
 
 # klipra_tests(<target> [THREADS] SOURCES <files...> [LINKS <targets...>])
