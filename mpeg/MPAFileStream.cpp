@@ -1,7 +1,6 @@
 #include "mpeg/MPAFileStream.h"
 
 #include "mpeg/MPAEndOfFileException.h"
-#include "platform/RegularFile.h"
 
 #include <algorithm>
 
@@ -16,27 +15,18 @@ constexpr unsigned int kKeptBytes = 4 * 1024;
 } // namespace
 
 CMPAFileStream::CMPAFileStream(const char* fileName)
-    : CMPAStream(fileName), m_file(nullptr), m_ownsFile(true) {
-    FilePointer file = OpenRegularFile(fileName);
-    if (file == nullptr) {
+    : CMPAStream(fileName), m_ownedFile(OpenRegularFile(fileName)), m_file(m_ownedFile.get()) {
+    if (m_file == nullptr) {
         throw CMPAException(CMPAException::CantOpenFile, fileName, "CreateFile", true);
     }
     // The C library's own buffer would be a second one, and costs a system call for each seek.
-    static_cast<void>(std::setvbuf(file.get(), nullptr, _IONBF, 0));
-    m_file = file.get();
+    static_cast<void>(std::setvbuf(m_file, nullptr, _IONBF, 0));
     Init();
-    static_cast<void>(file.release());
 }
 
 CMPAFileStream::CMPAFileStream(const char* fileName, std::FILE* file)
-    : CMPAStream(fileName), m_file(file), m_ownsFile(false) {
+    : CMPAStream(fileName), m_file(file) {
     Init();
-}
-
-CMPAFileStream::~CMPAFileStream() {
-    if (m_ownsFile) {
-        std::fclose(m_file);
-    }
 }
 
 void CMPAFileStream::Init() {

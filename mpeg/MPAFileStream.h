@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mpeg/MPAStream.h"
+#include "platform/RegularFile.h"
 
 #include <cstdio>
 #include <memory>
@@ -18,7 +19,7 @@ public:
 
     CMPAFileStream(const CMPAFileStream&) = delete;
     CMPAFileStream& operator=(const CMPAFileStream&) = delete;
-    ~CMPAFileStream() override;
+    ~CMPAFileStream() override = default;
 
     /// Starts with a fresh buffer at the current buffer offset.
     void Init();
@@ -37,8 +38,8 @@ private:
     void SetPosition(long long offset) const;
     unsigned int Read(void* destination, long long offset, unsigned int size) const;
 
-    mutable std::FILE* m_file;
-    mutable bool m_ownsFile;
+    const FilePointer m_ownedFile; // null where the file is the caller's
+    std::FILE* const m_file;
     mutable std::unique_ptr<unsigned char[]> m_buffer;
     mutable unsigned int m_bufferCapacity = 0; // bytes allocated
     mutable long long m_bufferOffset = 0;      // file offset of the first byte
