@@ -139,8 +139,9 @@ private:
     void EnableUndo();
     void SelectedEntryDidChange(int id);
 
+    // The outlets; the widgets are the window's, whose end the event filter still sees.
+    const std::unique_ptr<Ui::MainWindow> m_ui;
     QMainWindow window;
-    const std::unique_ptr<Ui::MainWindow> m_ui; // the outlets; the widgets are the window's
     std::unique_ptr<HistoryOutline> m_historyOutline;
     std::unique_ptr<KlipraMac> pKlipraMac;
     std::unique_ptr<GoWindowController> goWindowController; // the last one opened
