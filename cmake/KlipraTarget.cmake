@@ -63,19 +63,22 @@ function(klipra_program target)
         BUILD_RPATH_USE_ORIGIN ON)
 endfunction()
 
-# klipra_tests(<target> [THREADS] SOURCES <files...> [LINKS <targets...>])
-# The test program of the current folder; each of its tests becomes one of ctest's. THREADS marks
-# those that run under the thread sanitizer too: they get the label "threads" and are built by the
-# target of that name.
+# klipra_tests(<target> [THREADS] [ENVIRONMENT <NAME=value>] SOURCES <files...> [LINKS <targets...>])
+# The test program of the current folder; each of its tests becomes one of ctest's, which sets the
+# environment variable. THREADS marks those that run under the thread sanitizer too: they get the
+# label "threads" and are built by the target of that name.
 function(klipra_tests target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "THREADS" "" "SOURCES;LINKS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "THREADS" "ENVIRONMENT" "SOURCES;LINKS")
     add_executable(${target} ${arg_SOURCES})
     klipra_configure(${target})
     target_link_libraries(${target} PRIVATE ${arg_LINKS} GTest::gtest GTest::gmock GTest::gtest_main)
-    set(labels)
+    set(properties TIMEOUT 120)
     if(arg_THREADS)
-        set(labels LABELS threads)
+        list(APPEND properties LABELS threads)
         add_dependencies(threads ${target})
     endif()
-    gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 ${labels})
+    if(arg_ENVIRONMENT)
+        list(APPEND properties ENVIRONMENT "${arg_ENVIRONMENT}")
+    endif()
+    gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
 endfunction()
