@@ -17,10 +17,11 @@
 
 namespace {
 
-// The output, and where in it the source's first frame comes to lie: how many bytes further from
-// the start than in the source.
+// The output, where in it the source's first frame comes to lie (how many bytes further from the
+// start than in the source), and where that frame ends in the source.
 std::FILE* oh = nullptr;
 long long firstFrameShift = 0;
+long long firstFrameEnd = 0;
 
 /// The frames of a range: it begins in frame `start` and ends before frame `end`, counted from the
 /// first one as 0.
@@ -193,6 +194,7 @@ bool WriteAudio(CMPAFile& file, float start, float end, bool keep) {
         return false;
     }
     firstFrameShift = ftello(oh) - first->GetOffset();
+    firstFrameEnd = first->GetOffset() + first->GetSize();
     if (file.GetVBRHeader() != nullptr && !CopyFrame(*first)) {
         return false;
     }
@@ -270,6 +272,10 @@ int CountFrames(CMPAFile* file) {
 }
 
 bool RewriteVBRHeader(std::FILE* output, CVBRHeader* header) {
-    const VBRFields fields = MakeVBRFields(*header);
-    return WriteAt(output, header->GetOffset() + firstFrameShift + fields.offset, fields.bytes);
+    VBRFields fields = MakeVBRFields(*header);
+    const long long offset = header->GetOffset() + fields.offset;
+    // A header may claim more than its frame holds. What lies behind that is somebody's audio.
+    const auto room = static_cast<std::size_t>(std::max(0LL, firstFrameEnd - offset));
+    fields.bytes.resize(std::min(fields.bytes.size(), room));
+    return WriteAt(output, offset + firstFrameShift, fields.bytes);
 }

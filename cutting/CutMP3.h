@@ -42,6 +42,7 @@ int GetFrameCount(CMPAFile* file);
 int CountFrames(CMPAFile* file);
 
 /// Writes the header's counts and, for Xing/Info, a seek table made from its rewrite table into the
-/// output of the cut under way: every field that the header holds, and no other.
+/// output of the cut under way: every field that the header holds, and no other, as far as they lie
+/// in the header's frame.
 /// @return whether all was written. Throws CMPAException when the source cannot be read.
 bool RewriteVBRHeader(std::FILE* output, CVBRHeader* header);

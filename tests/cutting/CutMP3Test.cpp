@@ -165,4 +165,13 @@ TEST_F(CutMP3, RewritesCountsThatWereWrongUnknownOrOfAVBRIHeader) {
               WithFields(vbri, 10, BigEndian(10 * kFrameBytes) + BigEndian(10)));
 }
 
+TEST_F(CutMP3, RewritesNothingOfAVBRHeaderThatReachesIntoTheNextFrame) {
+    const FrameFormat small{.version = 2, .bitrateKbps = 8, .rateHz = 24000, .channelMode = 3};
+    auto source = Mp3Builder().Format(small).Frames(11);
+    source.Patch(13, "Xing" + BigEndian(3) + BigEndian(9, 3)); // all that is left of 24 bytes
+    const std::string output = Cut(source, 0.0F, 100.0F);
+    EXPECT_EQ(output.substr(0, 21), source.Bytes().substr(0, 21));
+    EXPECT_EQ(NamesOf(output.substr(24), source), "BCDEFGHIJK");
+}
+
 } // namespace
