@@ -58,10 +58,13 @@ private:
     std::atomic<int> m_needRefresh{0};
 };
 
-/// A soundless adaptor with its delegate, and a folder for the file that it has opened.
+/// An adaptor, soundless unless told, with its delegate, and a folder for the file that it has
+/// opened.
 struct OpenedFile {
-    explicit OpenedFile(const std::string& bytes, int visibleWidth = 0)
-        : path(folder.Write("a song.wav", bytes)) {
+    explicit OpenedFile(const std::string& bytes, int visibleWidth = 0,
+                        FormatType format = FormatType::WAV,
+                        KlipraMac::Sound sound = KlipraMac::Sound::Silent)
+        : path(folder.Write("a song.wav", bytes)), adaptor(&delegate, format, path, sound) {
         delegate.adaptor = &adaptor;
         delegate.visibleWidth = visibleWidth;
         adaptor.SetDrawSize(visibleWidth);
@@ -72,7 +75,7 @@ struct OpenedFile {
     TemporaryFolder folder;
     std::string path;
     RecordingDelegate delegate;
-    KlipraMac adaptor{&delegate, FormatType::WAV, path, KlipraMac::Sound::Silent};
+    KlipraMac adaptor;
 };
 
 using Samples = std::vector<std::int16_t>;
