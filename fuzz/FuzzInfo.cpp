@@ -44,7 +44,7 @@ std::string Info(const std::string& path, bool json) {
     arguments.json = json;
     const StandardOutput output;
     const int status = RunInfo(arguments);
-    const std::string text = output.Text();
+    std::string text = output.Text();
     Require((status == kDone) == !text.empty(), "a result or none");
     return text;
 }

@@ -27,11 +27,11 @@ void CheckTags(const CMPAFile& file) {
 void CheckVBRHeader(const CVBRHeader& header) {
     Require((header.GetSeekTable() != nullptr) == (header.GetRewriteTable() != nullptr),
             "both tables or none");
-    for (float percent = -10.0F; percent < 120.0F; percent += 3.7F) {
-        float clamped = percent;
+    for (int tenths = -100; tenths < 1200; tenths += 37) {
+        float percent = static_cast<float>(tenths) / 10.0F;
         unsigned int seekPoint = 0;
-        if (header.SeekPosition(clamped, seekPoint)) {
-            Require(clamped >= 0.0F && clamped <= 99.0F, "a percentage is brought within bounds");
+        if (header.SeekPosition(percent, seekPoint)) {
+            Require(percent >= 0.0F && percent <= 99.0F, "a percentage is brought within bounds");
         }
     }
 }

@@ -25,8 +25,9 @@ void Write(const std::string& folder, const std::vector<Seed>& seeds, unsigned i
         }
         const unsigned int flags = format | (++number % 2 == 0 ? kKeep : 0U);
         const std::string choices{static_cast<char>(flags), 0, 10, 1, 0};
-        const std::string name = std::to_string(format) + "-" + std::to_string(number) + "-";
-        std::ofstream(folder + "/" + name + seed.name, std::ios::binary)
+        std::string name = std::to_string(format);
+        name.append("-").append(std::to_string(number)).append("-").append(seed.name);
+        std::ofstream(std::filesystem::path(folder) / name, std::ios::binary)
             << AsInput(choices, seed.file);
     }
 }
