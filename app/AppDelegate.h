@@ -2,6 +2,7 @@
 
 #include "adaptor/KlipraMac.h"
 #include "adaptor/KlipraMacDelegate.h"
+#include "app/ControlRules.h"
 #include "app/GoWindowController.h"
 #include "app/LaunchCheck.h"
 #include "app/MainViewForKeyHandle.h"
@@ -12,6 +13,7 @@
 #include <QSessionManager>
 #include <QTimer>
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -126,7 +128,7 @@ private:
     using Command = void (AppDelegate::*)(QObject* sender);
 
     void ConnectCommands();
-    void Connect(const char* controlName, Command command);
+    std::array<QAction*, kZoomFactors.size()> ZoomItems() const; // one for each factor
     void SetUpStrip();
     void SetUpStatusBar();
     void OpenFile(const LaunchFile& file);

@@ -1,5 +1,4 @@
 #include "app/AppDelegate.h"
-#include "app/ControlRules.h"
 #include "app/HistoryOutline.h"
 #include "app/LongWork.h"
 #include "app/PreferenceWindowController.h"
@@ -11,6 +10,12 @@
 #include <QApplication>
 
 #include <algorithm>
+
+namespace {
+
+constexpr int kNoEntry = -1; // to the outline: the selection stays
+
+} // namespace
 
 void AppDelegate::ConnectCommands() {
     struct Control {
@@ -162,7 +167,6 @@ void AppDelegate::CutUndoMenuClick(QObject* /*sender*/) {
 }
 
 void AppDelegate::SplitButtonClick(QObject* /*sender*/) {
-    constexpr int kNoEntry = -1;
     const LongWork work(*m_ui->statusBar, "分割しています…");
     if (!pKlipraMac->Split()) {
         refreshHistoryOutlineView(kNoEntry); // what was split before is gone from the tree already
@@ -175,7 +179,6 @@ void AppDelegate::SaveRangeBtnClick(QObject* /*sender*/) {
 }
 
 void AppDelegate::SaveBtnClick(QObject* /*sender*/) {
-    constexpr int kNoEntry = -1;
     const LongWork work(*m_ui->statusBar, "保存しています…");
     std::string path;
     if (pKlipraMac->Save(path)) {

@@ -1,5 +1,4 @@
 #include "app/AppDelegate.h"
-#include "app/ControlRules.h"
 #include "app/HistoryOutline.h"
 #include "app/KeyCodes.h"
 #include "app/StatusTexts.h"
@@ -58,13 +57,15 @@ void AppDelegate::ShowStatus() {
     }
 }
 
+std::array<QAction*, kZoomFactors.size()> AppDelegate::ZoomItems() const {
+    return {m_ui->Zoom1Menu,  m_ui->Zoom2Menu,  m_ui->Zoom5Menu,  m_ui->Zoom10Menu,
+            m_ui->Zoom20Menu, m_ui->Zoom50Menu, m_ui->Zoom100Menu};
+}
+
 void AppDelegate::Zoom(int factor) {
     pKlipraMac->zoom = factor;
-    QAction* const items[] = {m_ui->Zoom1Menu,  m_ui->Zoom2Menu,  m_ui->Zoom5Menu,
-                              m_ui->Zoom10Menu, m_ui->Zoom20Menu, m_ui->Zoom50Menu,
-                              m_ui->Zoom100Menu};
-    static_assert(std::size(items) == kZoomFactors.size());
-    for (std::size_t i = 0; i < std::size(items); ++i) {
+    const auto items = ZoomItems();
+    for (std::size_t i = 0; i < items.size(); ++i) {
         items[i]->setChecked(kZoomFactors[i] == factor);
     }
     const int width = factor * m_ui->mainView->width();
@@ -74,10 +75,9 @@ void AppDelegate::Zoom(int factor) {
 }
 
 void AppDelegate::enableZoomMenu() {
-    QAction* const items[] = {m_ui->Zoom2Menu,  m_ui->Zoom5Menu,  m_ui->Zoom10Menu,
-                              m_ui->Zoom20Menu, m_ui->Zoom50Menu, m_ui->Zoom100Menu};
-    for (std::size_t i = 0; i < std::size(items); ++i) {
-        items[i]->setEnabled(IsZoomAllowed(kZoomFactors[i + 1], pKlipraMac->maxZoom));
+    const auto items = ZoomItems();
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        items[i]->setEnabled(IsZoomAllowed(kZoomFactors[i], pKlipraMac->maxZoom));
     }
 }
 

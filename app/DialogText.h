@@ -2,6 +2,8 @@
 
 #include <QLineEdit>
 
+#include <string>
+
 /// What a text field holds, UTF-8; full-width digits, as Japanese input methods give them, count as
 /// digits.
 inline std::string FieldText(const QLineEdit& field) {
