@@ -1,6 +1,7 @@
 #include "adaptor/KlipraMac.h"
 
 #include "adaptor/CopyFileReplacing.h"
+#include "audio/bass.h"
 #include "platform/Desktop.h"
 
 #include <filesystem>
@@ -11,7 +12,7 @@ KlipraMac::KlipraMac(KlipraMacDelegate* delegate, FormatType format, const std::
     : appDelegate(delegate), filePath(path), m_temporaryFiles("/tmp", getpid()) {
     formatType = format;
     if (sound == Sound::Audible) {
-        m_hasOutput = OpenBASS(nullptr);
+        OpenBASS(nullptr);
     }
 }
 
@@ -81,6 +82,10 @@ void KlipraMac::Zoom(int factor) {
 void KlipraMac::EnablePlayStopButton(bool isPlaying) {
     playing = isPlaying;
     appDelegate->EnablePlayStopButton(isPlaying);
+}
+
+bool KlipraMac::HasOutput() {
+    return BASS_IsOutputAudible() != FALSE;
 }
 
 int KlipraMac::GetDefinedCutPositionCount() const {

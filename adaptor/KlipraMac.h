@@ -75,8 +75,9 @@ public:
     void EnableSaveButton() override { appDelegate->EnableSaveButton(); }
     void EnableSceneChangeMoveButton() override { appDelegate->EnableSceneChangeMoveButton(); }
 
-    /// Whether playback is heard; without an output it goes on in silence, at the same pace.
-    bool HasOutput() const { return m_hasOutput; }
+    /// Whether playback is heard; without an output, or once it is lost, it goes on in silence, at
+    /// the same pace.
+    static bool HasOutput();
 
     /// How many places the cut positions name: 0, 1 (one is unset, or both are the same) or 2.
     int GetDefinedCutPositionCount() const;
@@ -145,5 +146,4 @@ private:
     std::thread scanThread; // to be joined, also when the scan has ended
     HistoryTreeItem historyRoot;
     const TemporaryFiles m_temporaryFiles;
-    bool m_hasOutput = false;
 };

@@ -65,7 +65,7 @@ void AppDelegate::SetUpStrip() {
 
 void AppDelegate::SetUpStatusBar() {
     m_outputLabel->setText("音声出力なし");
-    m_outputLabel->setToolTip("音声出力を開けないため、無音で再生します。");
+    m_outputLabel->setToolTip("音声出力がないため、無音で再生します。");
     m_outputLabel->hide();
     const std::pair<QLabel*, const char*> labels[] = {
         {m_fileLabel, "fileLabel"}, {m_rangeLabel, "rangeLabel"}, {m_scenesLabel, "scenesLabel"}};
@@ -102,7 +102,6 @@ void AppDelegate::OpenFile(const LaunchFile& file) {
     pKlipraMac->SetWaveSize(width);
     pKlipraMac->SetDrawSize(width);
     m_ui->waveView->pKlipraMac = pKlipraMac.get();
-    m_outputLabel->setVisible(!pKlipraMac->HasOutput());
 
     pKlipraMac->PushHistory("# " + name, file.path, true, 0);
     pKlipraMac->LoadPlayFile();

@@ -55,6 +55,7 @@ void AppDelegate::ShowStatus() {
     for (const auto& [label, text] : labels) {
         label->setText(QString::fromStdString(*text));
     }
+    m_outputLabel->setVisible(!KlipraMac::HasOutput());
 }
 
 std::array<QAction*, kZoomFactors.size()> AppDelegate::ZoomItems() const {

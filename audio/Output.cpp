@@ -62,24 +62,35 @@ void Output::Close() {
     m_open = false;
 }
 
+bool Output::IsAudible() {
+    const std::lock_guard lock(m_mutex);
+    const OutputDevice* const device = m_lent != nullptr ? m_lent : m_kept.get();
+    return device != nullptr && device->IsAudible();
+}
+
 std::unique_ptr<OutputDevice> Output::Acquire(const OutputFormat& format) {
     FreeSdlMemoryWithThisThread();
     const std::lock_guard lock(m_mutex);
-    if (m_kept && m_kept->Format() == format && m_kept->IsAudible()) {
-        return std::move(m_kept);
+    std::unique_ptr<OutputDevice> device = std::move(m_kept);
+    if (!device || device->Format() != format || !device->IsAudible()) {
+        device.reset(); // before another one is opened: some systems have but one
+        if (m_sdl) {
+            device = SdlDevice::Open(format);
+        }
+        if (!device) {
+            device = std::make_unique<SilentDevice>(format);
+        }
     }
-    // Before another one is opened: some systems have but one.
-    m_kept.reset();
-    std::unique_ptr<OutputDevice> device;
-    if (m_sdl) {
-        device = SdlDevice::Open(format);
-    }
-    return device ? std::move(device) : std::make_unique<SilentDevice>(format);
+    m_lent = device.get();
+    return device;
 }
 
 void Output::Release(std::unique_ptr<OutputDevice> device) {
     FreeSdlMemoryWithThisThread();
     const std::lock_guard lock(m_mutex);
+    if (device.get() == m_lent) {
+        m_lent = nullptr;
+    }
     // Without a device to be heard the next stream tries anew: one may have been plugged in.
     if (m_open && device->IsAudible()) {
         m_kept = std::move(device);

@@ -21,6 +21,9 @@ public:
     /// Drops the kept device and lets go of the system's audio.
     void Close();
 
+    /// Whether the device that was acquired last, or the kept one, can be heard.
+    bool IsAudible();
+
     /// A stopped device; a silent one where no other can be had.
     /// @throws std::system_error when not even that can be made
     std::unique_ptr<OutputDevice> Acquire(const OutputFormat& format);
@@ -34,4 +37,5 @@ private:
     bool m_open = false;
     bool m_sdl = false; // SDL's audio is initialised
     std::unique_ptr<OutputDevice> m_kept;
+    const OutputDevice* m_lent = nullptr; // the last one acquired, until it is given back
 };

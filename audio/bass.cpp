@@ -80,6 +80,10 @@ BOOL BASS_Init(int device, DWORD freq, DWORD flags, void* /*win*/, const void* /
     return Guarded(FALSE, [&] { return BOOL{TheLibrary().output.Open({freq, 2})}; });
 }
 
+BOOL BASS_IsOutputAudible() {
+    return Guarded(FALSE, [] { return BOOL{TheLibrary().output.IsAudible()}; });
+}
+
 BOOL BASS_Free() {
     return Guarded(FALSE, [] {
         Library& library = TheLibrary();

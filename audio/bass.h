@@ -72,6 +72,11 @@ BASS_API DWORD BASS_GetVersion();
 ///         into silence at the right pace. Calling it again tries again.
 BASS_API BOOL BASS_Init(int device, DWORD freq, DWORD flags, void* win, const void* clsid);
 
+/// Whether what plays is heard.
+/// @return FALSE where there is no device, and from when the system has lost it until a stream that
+///         is played afterwards finds one again
+BASS_API BOOL BASS_IsOutputAudible();
+
 /// Frees every stream and closes the output.
 /// @return FALSE when BASS_Init was not called since the last time
 BASS_API BOOL BASS_Free();

@@ -145,7 +145,7 @@ TEST(AdaptorFaults, OfAFileInUseEndInAMessage) {
 
 // The device is a file on a disk that is too small for it: SDL gives it up at the first write that
 // fails.
-TEST(AdaptorFaults, ADeviceThatIsLostLetsPlaybackGoOnInSilence) {
+TEST(AdaptorFaults, ADeviceThatIsLostIsToldAndLetsPlaybackGoOnInSilence) {
     if (!IsInNamespace()) {
         return;
     }
@@ -157,6 +157,7 @@ TEST(AdaptorFaults, ADeviceThatIsLostLetsPlaybackGoOnInSilence) {
     setenv("SDL_DISKAUDIOFILE", (disk + "/played").c_str(), 1);
     const std::string bytes = WavBuilder{.samples = WavBuilder::Pattern(500'000)}.Bytes();
     OpenedFile file(bytes, 0, FormatType::WAV, KlipraMac::Sound::Audible);
+    EXPECT_TRUE(KlipraMac::HasOutput());
     const auto playFrom = [&](unsigned long long position) {
         file.adaptor.SetCurrentPosition(position);
         for (file.adaptor.PlayStart(); file.adaptor.playing;) {
@@ -166,11 +167,14 @@ TEST(AdaptorFaults, ADeviceThatIsLostLetsPlaybackGoOnInSilence) {
     };
     playFrom(0);
     EXPECT_EQ(fs::space(disk).available, 0U);
+    EXPECT_FALSE(KlipraMac::HasOutput());
     umount2(disk.c_str(), MNT_DETACH);
     fs::remove(disk);
     playFrom(400'000); // no device can be opened now
+    EXPECT_FALSE(KlipraMac::HasOutput());
     fs::create_directory(disk);
     playFrom(400'000); // and now one can again
+    EXPECT_TRUE(KlipraMac::HasOutput());
     EXPECT_TRUE(TemporaryFolder::Read(disk + "/played").find(bytes.substr(400'044)) !=
                 std::string::npos);
 }
