@@ -1,24 +1,36 @@
 #include "adaptor/CopyFileReplacing.h"
 
 #include "platform/FileReplacement.h"
+#include "platform/RegularFile.h"
 
 #include <filesystem>
+#include <sys/sendfile.h>
+
+namespace {
+
+/// @return whether every byte that the file has now has arrived
+bool CopyBytes(std::FILE* from, const std::string& to) {
+    constexpr std::size_t kPieceBytes = std::size_t{1} << 24;
+    FilePointer output = OpenForWriting(to.c_str());
+    if (output == nullptr) {
+        return false;
+    }
+    ssize_t sent = 0;
+    do {
+        sent = sendfile(fileno(output.get()), fileno(from), nullptr, kPieceBytes);
+    } while (sent > 0);
+    return std::fclose(output.release()) == 0 && sent == 0;
+}
+
+} // namespace
 
 bool CopyFileReplacing(const std::string& from, const std::string& to) {
-    namespace fs = std::filesystem;
+    const FilePointer source = OpenRegularFile(from.c_str());
     std::error_code error;
-    if (!fs::is_regular_file(from, error) || fs::equivalent(from, to, error)) {
+    if (source == nullptr || std::filesystem::equivalent(from, to, error)) {
         return false;
     }
     FileReplacement replacement(to, from);
     const std::string& path = replacement.GetPath();
-    if (path.empty()) {
-        return false;
-    }
-    const fs::perms permissions = fs::status(path, error).permissions();
-    if (error || !fs::copy_file(from, path, fs::copy_options::overwrite_existing, error)) {
-        return false;
-    }
-    fs::permissions(path, permissions, error); // the copy took over those of its source
-    return replacement.Commit();
+    return !path.empty() && CopyBytes(source.get(), path) && replacement.Commit();
 }

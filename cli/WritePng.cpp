@@ -64,7 +64,7 @@ private:
 
 std::error_code WritePng(const WaveContext& image, const std::string& path) {
     errno = 0;
-    FilePointer file(std::fopen(path.c_str(), "wbe"));
+    FilePointer file = OpenForWriting(path.c_str());
     if (file == nullptr || !PngWriter().Write(image, file.get()) ||
         std::fclose(file.release()) != 0) {
         return SystemError(errno == 0 ? EIO : errno);

@@ -3,7 +3,6 @@
 #include "platform/SystemError.h"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <stdio_ext.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,7 +10,6 @@
 namespace {
 
 constexpr std::size_t kBufferBytes = 256 * 1024;
-constexpr mode_t kPermissions = 0666; // less what the user's mask takes away
 
 std::string failure; // main thread, as the cutters
 
@@ -26,20 +24,6 @@ bool IsDevice(std::FILE* file) {
     struct stat status {};
     return fstat(fileno(file), &status) == 0 &&
            (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode));
-}
-
-// As with mode "wb", but only a file that holds something is truncated: file systems take a
-// truncated file for one that is being rewritten, and write all of it to the disk when it is
-// closed.
-int OpenEmptied(const char* path) {
-    const int descriptor = open(path, O_WRONLY | O_CREAT | O_CLOEXEC, kPermissions);
-    struct stat status {};
-    if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-        status.st_size > 0 && ftruncate(descriptor, 0) != 0) {
-        close(descriptor);
-        return -1;
-    }
-    return descriptor;
 }
 
 } // namespace
@@ -57,12 +41,12 @@ OutputFile::OutputFile(const char* path, const char* source) : m_path(path) {
         errno = EEXIST;
         return;
     }
-    const int descriptor = OpenEmptied(path);
-    m_file = descriptor < 0 ? nullptr : fdopen(descriptor, "wb");
+    m_file = OpenForWriting(path);
     if (m_file != nullptr) {
         m_buffer = std::make_unique_for_overwrite<char[]>(kBufferBytes);
-        static_cast<void>(std::setvbuf(m_file, m_buffer.get(), _IOFBF, kBufferBytes));
-        __fsetlocking(m_file, FSETLOCKING_BYCALLER); // one thread writes, a frame at a time
+        static_cast<void>(std::setvbuf(m_file.get(), m_buffer.get(), _IOFBF, kBufferBytes));
+        // One thread writes, a frame at a time.
+        __fsetlocking(m_file.get(), FSETLOCKING_BYCALLER);
     }
 }
 
@@ -74,10 +58,9 @@ OutputFile::~OutputFile() {
 
 bool OutputFile::Close(bool cutSucceeded) {
     // A device is not ours to delete.
-    const bool isDevice = IsDevice(m_file);
-    const bool arrived = std::ferror(m_file) == 0;
-    const bool closed = std::fclose(m_file) == 0;
-    m_file = nullptr;
+    const bool isDevice = IsDevice(m_file.get());
+    const bool arrived = std::ferror(m_file.get()) == 0;
+    const bool closed = std::fclose(m_file.release()) == 0;
     if (cutSucceeded && arrived && closed) {
         return true;
     }

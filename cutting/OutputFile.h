@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/RegularFile.h"
+
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -7,14 +9,14 @@
 /// The file that a cut writes. Deleted again unless Close says that all of it is there.
 class OutputFile {
 public:
-    /// Creates the file, truncating one that exists ("wb"). Refuses to when it is the source.
+    /// Creates the file, truncating one that exists ("wb"). Refuses the source, and a link.
     OutputFile(const char* path, const char* source);
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
     ~OutputFile();
 
     /// Null when the file could not be created; errno then says why.
-    std::FILE* GetHandle() const { return m_file; }
+    std::FILE* GetHandle() const { return m_file.get(); }
 
     /// Closes the file. Deletes it when the cut failed or when anything written has not arrived.
     /// @param cutSucceeded  what the cutter has to say
@@ -24,7 +26,7 @@ public:
 private:
     std::string m_path;
     std::unique_ptr<char[]> m_buffer; // the C library takes a larger one only when it is given one
-    std::FILE* m_file = nullptr;
+    FilePointer m_file;
 };
 
 /// Why the last cut returned false, in English; empty when ShowErrorMsg has told it, and after a

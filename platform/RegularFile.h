@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <memory>
 
-/// Closes a C file handle; for handles whose closing cannot lose anything.
+/// Closes a C file handle. Of one that was written to, only where nobody needs the file any more.
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -15,3 +15,8 @@ using FilePointer = std::unique_ptr<std::FILE, FileCloser>;
 /// and a directory or a device has no bytes to cut.
 /// @return null with errno set when the file cannot be opened or is no regular file
 FilePointer OpenRegularFile(const char* path);
+
+/// Opens a file for writing ("wb"): makes it, or empties the one that is there. A link is refused,
+/// for nobody knows who has put it there. The handle's closing tells whether all has arrived.
+/// @return null with errno set when the file cannot be opened
+FilePointer OpenForWriting(const char* path);
