@@ -22,6 +22,17 @@ bool Configure(mpg123_handle* handle, const FrameHeader& first) {
                          MPG123_ENC_SIGNED_16) == MPG123_OK;
 }
 
+/// A frame of the same stream that holds nothing, for both channels.
+std::vector<std::uint8_t> EmptyFrame(const FrameHeader& first) {
+    constexpr unsigned kBitrateIndex = 9; // has room for the side information at every rate
+    const std::uint8_t bytes[FrameHeader::kBytes] = {
+        0xFF, static_cast<std::uint8_t>(0xE1U | first.streamBits >> 8),
+        static_cast<std::uint8_t>(kBitrateIndex << 4 | (first.streamBits & 0xFFU)), 0};
+    std::vector<std::uint8_t> frame(std::begin(bytes), std::end(bytes));
+    frame.resize(FrameHeader::Parse(bytes).value_or(first).sizeBytes);
+    return frame;
+}
+
 } // namespace
 
 void FrameDecoder::Deleter::operator()(mpg123_handle_struct* handle) const {
@@ -30,7 +41,7 @@ void FrameDecoder::Deleter::operator()(mpg123_handle_struct* handle) const {
 
 FrameDecoder::FrameDecoder(const FrameHeader& first)
     : m_samplesPerFrame(std::size_t{first.sampleFrames} * first.channels),
-      m_dropped(m_samplesPerFrame) {
+      m_empty(EmptyFrame(first)), m_dropped(m_samplesPerFrame) {
     // Does its work once; since libmpg123 1.30 it has none.
     static const int initialised = mpg123_init();
     if (initialised == MPG123_OK) {
@@ -45,6 +56,10 @@ FrameDecoder::FrameDecoder(const FrameHeader& first)
 
 void FrameDecoder::Clear() {
     m_reservoirBytes = 0;
+    mpg123_open_feed(m_handle.get());
+    // A damaged frame may leave a part of libmpg123's working memory unwritten and decode to what
+    // an earlier frame left there, or nobody. Opening clears all but that; a frame of nothing does.
+    TryDecode(m_empty.data(), m_empty.size(), m_dropped.data());
     mpg123_open_feed(m_handle.get());
 }
 

@@ -45,6 +45,7 @@ private:
 
     std::unique_ptr<mpg123_handle_struct, Deleter> m_handle;
     std::size_t m_samplesPerFrame;
+    std::vector<std::uint8_t> m_empty;   // a frame that holds nothing
     std::uint32_t m_reservoirBytes = 0;  // filled since the decoder was cleared
     std::vector<std::uint8_t> m_muted;   // a frame without sound
     std::vector<std::int16_t> m_dropped; // and what it decodes to
