@@ -4,20 +4,14 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-
 namespace {
 
 namespace fs = std::filesystem;
 
-std::ptrdiff_t CountFiles(const std::string& folder) {
-    return std::distance(fs::directory_iterator(folder), {});
-}
-
 TEST(FileReplacement, TakesTheTargetsPlaceAndPermissionsOnCommitOnly) {
     const TemporaryFolder folder;
     const std::string target = folder.Write("target", "old");
-    chmod(target.c_str(), 0640);
+    fs::permissions(target, fs::perms(0666)); // which the mask would take away from a new file
     for (const bool isAbandoned : {true, false}) {
         FileReplacement replacement(target, target);
         std::ofstream(replacement.GetPath()) << "new";
@@ -25,8 +19,8 @@ TEST(FileReplacement, TakesTheTargetsPlaceAndPermissionsOnCommitOnly) {
         EXPECT_TRUE(isAbandoned || replacement.Commit());
     }
     EXPECT_EQ(TemporaryFolder::Read(target), "new");
-    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
-    EXPECT_EQ(CountFiles(folder.Path("")), 1);
+    EXPECT_EQ(fs::status(target).permissions(), fs::perms(0666));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path("")), {}), 1);
 }
 
 TEST(FileReplacement, OfALinkFollowsItNotAndOfAPrivateFileIsPrivate) {
@@ -37,22 +31,16 @@ TEST(FileReplacement, OfALinkFollowsItNotAndOfAPrivateFileIsPrivate) {
     EXPECT_TRUE(FileReplacement(link, precious).Commit());
     EXPECT_EQ(TemporaryFolder::Read(precious), "precious");
     EXPECT_FALSE(fs::is_symlink(link));
-    chmod(precious.c_str(), 0600);
+    fs::permissions(precious, fs::perms(0400));
     const FileReplacement replacement(folder.Path("new"), precious);
     EXPECT_EQ(fs::status(replacement.GetPath()).permissions(), fs::perms(0600));
 }
 
 TEST(FileReplacement, RefusesTargetsThatNoFileCanReplace) {
-    const TemporaryFolder folder;
-    const std::string fifo = folder.Path("fifo");
-    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-    for (const std::string& target :
-         {folder.Path(""), folder.Path("no/such/file"), fifo, std::string()}) {
+    for (const std::string target : {"/tmp/", "/no/such/file", "/dev/full", ""}) {
         const FileReplacement replacement(target, target);
-        EXPECT_TRUE(replacement.GetPath().empty()) << target;
-        EXPECT_TRUE(replacement.GetError()) << target;
+        EXPECT_TRUE(replacement.GetPath().empty() && replacement.GetError()) << target;
     }
-    EXPECT_EQ(CountFiles(folder.Path("")), 1);
 }
 
 } // namespace
