@@ -25,7 +25,7 @@ protected:
     }
 
     /// What a run that does its work prints.
-    /// @param arguments  as a shell takes them
+    /// @param arguments  as a shell takes them, redirections too
     std::string Done(const std::string& arguments) const {
         EXPECT_EQ(Run(arguments), 0) << arguments;
         EXPECT_EQ(TemporaryFolder::Read(m_err), "") << arguments;
@@ -67,8 +67,8 @@ protected:
 private:
     // The exit status; that of a shell when a signal ended the program.
     int Run(const std::string& arguments) const {
-        const std::string command = "cd " + m_folder.Path("") + " && " KLIPRA_CLI " " + arguments +
-                                    " >" + m_out + " 2>" + m_err;
+        const std::string command = "cd " + m_folder.Path("") + " && " KLIPRA_CLI " >" + m_out +
+                                    " 2>" + m_err + " " + arguments;
         return WEXITSTATUS(std::system(command.c_str())); // NOLINT: no command but our own
     }
 
