@@ -1,5 +1,6 @@
 #include "platform/FileReplacement.h"
 
+#include "platform/RegularFile.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -34,6 +35,11 @@ TEST(FileReplacement, OfALinkFollowsItNotAndOfAPrivateFileIsPrivate) {
     fs::permissions(precious, fs::perms(0400));
     const FileReplacement replacement(folder.Path("new"), precious);
     EXPECT_EQ(fs::status(replacement.GetPath()).permissions(), fs::perms(0600));
+    // Nor does a writer follow a link that somebody puts there before it opens the file.
+    fs::remove(replacement.GetPath());
+    fs::create_symlink(precious, replacement.GetPath());
+    EXPECT_EQ(OpenForWriting(replacement.GetPath().c_str()), nullptr);
+    EXPECT_EQ(TemporaryFolder::Read(precious), "precious");
 }
 
 TEST(FileReplacement, RefusesTargetsThatNoFileCanReplace) {
