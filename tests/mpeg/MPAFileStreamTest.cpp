@@ -1,12 +1,11 @@
 #include "mpeg/MPAFileStream.h"
 
-#include "tests/mpeg/MemoryStream.h"
+#include "mpeg/MPAException.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <climits>
 #include <random>
 
@@ -23,7 +22,6 @@ TEST(CMPAFileStream, ReadsAnyRangeInAnyOrderAndNoByteBeyondTheFile) {
         std::string bytes(fileSize, '\0');
         std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<char>(random()); });
         const CMPAFileStream stream(folder.Write("bytes", bytes).c_str());
-        EXPECT_EQ(stream.GetSize(), fileSize);
         for (int i = 0; i < 1000; ++i) {
             const auto offset = static_cast<long long>(random() % (fileSize + 200)) - 100;
             const auto size =
@@ -37,28 +35,16 @@ TEST(CMPAFileStream, ReadsAnyRangeInAnyOrderAndNoByteBeyondTheFile) {
                 ASSERT_THROW(Read(stream, offset, size, reverse), CMPAException);
             }
         }
-        EXPECT_THROW(Read(stream, 0, 0xFFFFFFFF, true), CMPAException);
         EXPECT_THROW(Read(stream, LLONG_MAX, 0xFFFFFFFF, false), CMPAException);
     }
 }
 
-TEST(CMPAFileStream, BytesThatAFileLosesWhileItIsReadAreBeyondItsEnd) {
-    const TemporaryFolder folder;
-    const std::string path = folder.Write("bytes", std::string(2'000'000, 'x'));
-    const CMPAFileStream stream(path.c_str());
-    EXPECT_EQ(Read(stream, 1'000'000, 4, false), "xxxx");
-    std::filesystem::resize_file(path, 100);
-    EXPECT_THROW(Read(stream, 1'900'000, 4, false), CMPAEndOfFileException);
-    EXPECT_EQ(Read(stream, 50, 3, false), "xxx");
-}
-
 TEST(CMPAException, DescribesItselfInFewerThan256BytesOfWholeCharacters) {
-    for (std::size_t asciiBytes = 180; asciiBytes < 260; ++asciiBytes) {
+    for (std::size_t asciiBytes = 200; asciiBytes < 260; ++asciiBytes) {
         const std::string path = std::string(asciiBytes, 'a') + "録音録音";
-        const std::string whole = "CreateFile: '" + path + "'\nCan't open the file.: 2";
-        const CMPAException error(CMPAException::CantOpenFile, path.c_str(), "CreateFile", true);
-        errno = ENOENT;
-        const std::string text = CMPAException(error).GetErrorDescription(); // of a copy
+        const std::string whole = "'" + path + "'\nHeader corrupt";
+        CMPAException error(CMPAException::HeaderCorrupt, path.c_str(), nullptr, false);
+        const std::string text = error.GetErrorDescription();
         EXPECT_TRUE(whole.starts_with(text)) << text;
         EXPECT_TRUE(whole.size() < 256 ? text == whole : text.size() > 252 && text.size() < 256);
         EXPECT_TRUE(text == whole || (whole[text.size()] & 0xC0) != 0x80) << "half a character";

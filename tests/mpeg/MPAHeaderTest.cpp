@@ -11,20 +11,27 @@
 
 namespace {
 
+// A failure as a result: below 0.
+constexpr int Failure(CMPAException::ErrorIDs id) {
+    return -static_cast<int>(id);
+}
+
 constexpr int kTooFar = Failure(CMPAException::NoFrameWithinTolerance);
 constexpr int kEnd = Failure(CMPAException::NoFrameBeforeEOF);
-constexpr int kCorrupt = Failure(CMPAException::HeaderCorrupt);
-constexpr int kFree = Failure(CMPAException::FreeBitrateNotSupported);
 constexpr int kOther = Failure(CMPAException::IncompatibleHeader);
 
-// Where a search for a header of the usual stream ends, or its failure as a negative number.
+// Where a search for a header of the usual stream ends, or its failure.
 long long Search(const std::string& bytes, long long offset, bool exact, bool reverse = false) {
     MemoryStream usual(FrameFormat{}.Header());
     long long begin = 0;
     const CMPAHeader header(&usual, begin, true, false, nullptr);
     MemoryStream stream(bytes);
-    const auto error = ErrorOf([&] { CMPAHeader(&stream, offset, exact, reverse, &header); });
-    return error ? Failure(*error) : offset;
+    try {
+        CMPAHeader(&stream, offset, exact, reverse, &header);
+    } catch (const CMPAException& error) {
+        return Failure(error.GetErrorID());
+    }
+    return offset;
 }
 
 std::string Nothing(long long bytes) {
@@ -39,7 +46,9 @@ TEST(CMPAHeader, DecodesEveryFormat) {
             BigEndian(0xFFE00000 | (i >> 6) << 9 | (i >> 2 & 0xFU) << 4 | (i & 3U));
         MemoryStream stream(bytes);
         std::optional<CMPAFrame> frame;
-        if (ErrorOf([&] { frame.emplace(&stream, 0, false, true, false, nullptr); })) {
+        try {
+            frame.emplace(&stream, 0, false, true, false, nullptr);
+        } catch (const CMPAException&) {
             continue;
         }
         const CMPAHeader& header = *frame->GetHeader();
@@ -60,30 +69,19 @@ TEST(CMPAHeader, DecodesEveryFormat) {
     // All versions, layers, rates, bitrates and other bits but an emphasis; less what Layer II
     // may not have: four bitrates in three modes, and four in the fourth.
     EXPECT_EQ(formats, (3 * 3 * 3 * 14 * 4 * 4 - 3 * (4 * 3 + 4) * 4) * 4 * 3);
-    EXPECT_EQ((FrameFormat{}.SizeBytes()), 417U); // what others say of some well-known frames
-    EXPECT_EQ((FrameFormat{3, 1, 32, 48000}.SizeBytes()), 32U);
-    EXPECT_EQ((FrameFormat{2, 3, 8, 24000}.SizeBytes()), 24U);
 }
 
-TEST(CMPAHeader, CandidatesThatDoNotFitAreRefusedExactlyAndSkippedInAScan) {
-    const std::pair<std::string, long long> cases[] = {
-        {"\xFF\xEB\x90\x64", kCorrupt}, // version
-        {"\xFF\xF9\x90\x64", kCorrupt}, // layer
-        {"\xFF\xFB\x9C\x64", kCorrupt}, // sampling rate
-        {"\xFF\xFB\x90\x66", kCorrupt}, // emphasis
-        {"\xFF\xFD\x10\x04", kCorrupt}, // 32 kbit/s in stereo, Layer II
-        {"\xFF\xFB\x04\x64", kFree},
-        {"\xFF\xFB\xF0\x64", kTooFar}, // bitrate
-        {"\xFF\xDB\x90\x64", kTooFar}, // sync
-        {FrameFormat{2, 3, 128, 22050}.Header(), kOther},
-        {FrameFormat{3, 2, 128, 44100}.Header(), kOther},
-        {FrameFormat{3, 3, 128, 48000}.Header(), kOther},
-        {FrameFormat{3, 3, 128, 44100, 3}.Header(), kOther},
-        {FrameFormat{3, 3, 128, 44100, 0, 0, 1}.Header(), kOther},
-        {FrameFormat{3, 3, 320, 44100, 1, 2, 0, true, true}.Header(), 3}, // all that may change
+TEST(CMPAHeader, HeadersOfOtherStreamsAreRefusedExactlyAndSkippedInAScan) {
+    const std::pair<FrameFormat, long long> cases[] = {
+        {{2, 3, 128, 22050}, kOther},
+        {{3, 2, 128, 44100}, kOther},
+        {{3, 3, 128, 48000}, kOther},
+        {{3, 3, 128, 44100, 3}, kOther},
+        {{3, 3, 128, 44100, 0, 0, 1}, kOther},
+        {{3, 3, 320, 44100, 1, 2, 0, true, true}, 3}, // all that may change
     };
-    for (const auto& [bytes, found] : cases) {
-        const std::string data = Nothing(3) + bytes + Nothing(3) + FrameFormat{}.Header();
+    for (const auto& [format, found] : cases) {
+        const std::string data = Nothing(3) + format.Header() + Nothing(3) + FrameFormat{}.Header();
         EXPECT_EQ(Search(data, 3, true), found);
         EXPECT_EQ(Search(data, 0, false), found == 3 ? 3 : 10);
     }
@@ -91,7 +89,7 @@ TEST(CMPAHeader, CandidatesThatDoNotFitAreRefusedExactlyAndSkippedInAScan) {
 
 TEST(CMPAHeader, SearchesWithinItsLimits) {
     const std::string header = FrameFormat{}.Header();
-    for (const long long place : {16, 17, 18, 19, 20, 21, 22, 23, 24}) {
+    for (long long place = 16; place <= 24; ++place) {
         EXPECT_EQ(Search(Nothing(place) + header + Nothing(20), 20, true),
                   place < 17 || place > 23 ? kTooFar : place);
     }

@@ -3,7 +3,6 @@
 #include "mpeg/MPAEndOfFileException.h"
 #include "mpeg/MPAStream.h"
 
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,19 +29,3 @@ private:
     std::string m_bytes;
     mutable std::vector<unsigned char> m_read;
 };
-
-/// Which failure an operation ends in, if any.
-template <typename Operation>
-std::optional<CMPAException::ErrorIDs> ErrorOf(Operation operation) {
-    try {
-        operation();
-    } catch (const CMPAException& exception) {
-        return exception.GetErrorID();
-    }
-    return std::nullopt;
-}
-
-/// A failure as a result: below 0.
-constexpr int Failure(CMPAException::ErrorIDs id) {
-    return -static_cast<int>(id);
-}
