@@ -14,13 +14,12 @@ namespace {
 const std::string kList = WavBuilder::Chunk("LIST", "INFOIART" + WavBuilder::Number(4, 2) + "us");
 
 // What must come out: the source's header with the two sizes, then these samples.
-std::string Expected(const WavBuilder& source, const std::string& samples) {
-    std::string bytes = source.Header();
-    const auto total = static_cast<std::uint32_t>(bytes.size() + samples.size());
-    bytes.replace(4, 4, WavBuilder::Number(4, total - 8));
-    bytes.replace(bytes.size() - 4, 4,
-                  WavBuilder::Number(4, static_cast<std::uint32_t>(samples.size())));
-    return bytes + samples;
+std::string Expected(WavBuilder source, const std::string& samples) {
+    source.samples = samples;
+    source.dataSize = -1;
+    const std::string header = source.Header();
+    const auto total = static_cast<std::uint32_t>(header.size() + samples.size());
+    return header.substr(0, 4) + WavBuilder::Number(4, total - 8) + header.substr(8) + samples;
 }
 
 class CutWAV : public testing::Test {
@@ -62,25 +61,20 @@ TEST_F(CutWAV, WritesWholeSampleFramesOfTheRangeOrOfTheRest) {
 }
 
 TEST_F(CutWAV, CopiesEveryChunkBeforeTheSamplesAndNoneBehind) {
-    const std::string samples = WavBuilder::Pattern(8000);
+    const std::string odd = WavBuilder::Chunk("odd ", "abc");
+    const std::string samples = WavBuilder::Pattern(8192);
     const WavBuilder sources[] = {
-        {.formatSize = 18, .formatExtension = std::string(2, '\0'), .samples = samples},
         {.formatSize = 5016, .formatExtension = WavBuilder::Pattern(5000), .samples = samples},
-        {.chunksBefore = WavBuilder::Chunk("odd ", "abc") + '\0' + kList, .samples = samples},
-        {.chunksBefore = WavBuilder::Chunk("odd ", "abc") + kList, .samples = samples},
+        {.chunksBefore = odd + '\0' + kList, .samples = samples},
+        {.chunksBefore = odd + kList, .samples = samples}, // some leave the pad byte out
         {.chunksBefore = WavBuilder::Chunk("big ", std::string(300000, 'x')), .samples = samples},
         {.samples = samples, .after = kList},
+        {.samples = samples, .dataSize = 0xFFFFFFF0}, // a recorder that was switched off
     };
     for (const WavBuilder& source : sources) {
-        EXPECT_TRUE(Cut(source.Bytes(), 0.0F, 4000.0F / 176400.0F, true)) << CutFailure();
-        EXPECT_EQ(TemporaryFolder::Read(m_output), Expected(source, samples.substr(0, 4000)));
+        EXPECT_TRUE(Cut(source.Bytes(), 0.0F, 8192.0F / 176400.0F, true)) << CutFailure();
+        EXPECT_EQ(TemporaryFolder::Read(m_output), Expected(source, samples));
     }
-}
-
-TEST_F(CutWAV, SamplesThatAreDeclaredButMissingAreLeftOut) {
-    const WavBuilder source{.samples = WavBuilder::Pattern(10000), .dataSize = 0xFFFFFFF0};
-    EXPECT_TRUE(Cut(source.Bytes(), 0.0F, 1.0F, true));
-    EXPECT_EQ(TemporaryFolder::Read(m_output), Expected(source, source.samples.substr(0, 8192)));
 }
 
 TEST_F(CutWAV, AnEndThatOnlyRoundingPutBehindTheSamplesIsTheirEnd) {
@@ -100,25 +94,19 @@ TEST_F(CutWAV, AnEndThatOnlyRoundingPutBehindTheSamplesIsTheirEnd) {
 TEST_F(CutWAV, RefusesWhatItCannotCutAndLeavesNoOutput) {
     const std::string samples = WavBuilder::Pattern(100);
     const std::string good = WavBuilder{.samples = samples}.Bytes();
-    constexpr std::uint32_t kNegative = 0x80000000;
     const std::string bad[] = {
-        "",
         "RIFX" + good.substr(4),
         good.substr(0, 8) + "AVI " + good.substr(12),
-        good.substr(0, 12) + kList + good.substr(12), // the format does not come first
-        good.substr(0, 30),
+        good.substr(0, 12) + "junk" + good.substr(16), // the format does not come first
         WavBuilder{.formatTag = 3, .samples = samples}.Bytes(),
         WavBuilder{.bytesPerSecond = 0, .samples = samples}.Bytes(),
         WavBuilder{.blockAlign = -4, .samples = samples}.Bytes(),
-        WavBuilder{.formatSize = kNegative, .samples = samples}.Bytes(),
-        WavBuilder{.formatSize = 0x7FFFFFFF, .samples = samples}.Bytes(),
         WavBuilder{.formatSize = 14, .samples = samples}.Bytes(),
-        WavBuilder{.chunksBefore = "junk" + WavBuilder::Number(4, 0xFFFFFFFF)}.Bytes(),
-        WavBuilder{.samples = ""}.Bytes(),
+        WavBuilder{}.Bytes(),
     };
-    for (std::size_t i = 0; i < std::size(bad); ++i) {
-        SCOPED_TRACE(i);
-        EXPECT_FALSE(Cut(bad[i], 0.0F, 1.0F, true));
+    for (const std::string& source : bad) {
+        SCOPED_TRACE(&source - bad);
+        EXPECT_FALSE(Cut(source, 0.0F, 1.0F, true));
         EXPECT_FALSE(CutFailure().empty());
         EXPECT_FALSE(std::filesystem::exists(m_output));
     }
