@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/RegularFile.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
@@ -14,9 +16,6 @@ public:
 
     /// @param bytes  choices and file; whatever is missing of the choices is 0
     FuzzInput(const std::uint8_t* bytes, std::size_t size);
-    FuzzInput(const FuzzInput&) = delete;
-    FuzzInput& operator=(const FuzzInput&) = delete;
-    ~FuzzInput();
 
     const std::string& Path() const { return m_path; }
     const std::string& File() const { return m_file; } ///< what the file was made of
@@ -34,10 +33,10 @@ public:
     float Seconds(std::size_t index) const;
 
 private:
-    std::uint8_t m_choices[kChoiceBytes] = {};
-    std::string m_file;
+    FilePointer m_memory;
     std::string m_path;
-    int m_descriptor;
+    std::string m_file;
+    std::uint8_t m_choices[kChoiceBytes] = {};
 };
 
 /// A result is not what it has to be for any bytes in a file.
@@ -53,13 +52,13 @@ inline void Require(bool holds, const char* law) {
     }
 }
 
-/// An empty folder of this process's own, for what a target writes.
-const std::string& FuzzFolder();
+/// A path in a folder of this process's own, for what a target writes.
+std::string FuzzPath(const std::string& name);
 
 /// All bytes of a file. Without the C++ library's streams, in which a sanitizer slows down each
 /// byte.
-std::string ReadDescriptor(int descriptor);
 std::string ReadPath(const std::string& path);
 
-/// Opens a file without a name. Throws std::runtime_error.
-int OpenMemoryFile();
+/// A file without a name, and what it is reached by while it is open.
+FilePointer OpenMemoryFile();
+std::string PathOf(const FilePointer& file);

@@ -9,19 +9,15 @@
 
 namespace {
 
-constexpr int kFramesForwards = 5000;
-constexpr int kFramesBackwards = 16; // a step may look at 32 KiB
-
-void CheckTags(const CMPAFile& file) {
-    const long long size = file.GetStream()->GetSize();
+void CheckTags(const CTags& tags, long long fileSize) {
     unsigned int index = 0;
-    while (const CTag* tag = file.GetTags()->GetNextTag(index)) {
-        Require(tag->GetOffset() >= 0 && tag->GetEnd() <= size && tag->GetSize() > 0,
+    while (const CTag* tag = tags.GetNextTag(index)) {
+        Require(tag->GetOffset() >= 0 && tag->GetEnd() <= fileSize && tag->GetSize() > 0,
                 "a tag lies in the file");
     }
-    Require(file.GetTags()->GetBeginOffset() >= 0 && file.GetTags()->GetBeginOffset() <= size &&
-                file.GetTags()->GetEndOffset() >= 0 && file.GetTags()->GetEndOffset() <= size,
-            "the audio lies in the file");
+    for (const long long offset : {tags.GetBeginOffset(), tags.GetEndOffset()}) {
+        Require(offset >= 0 && offset <= fileSize, "the audio lies in the file");
+    }
 }
 
 void CheckVBRHeader(const CVBRHeader& header) {
@@ -30,9 +26,8 @@ void CheckVBRHeader(const CVBRHeader& header) {
     for (int tenths = -100; tenths < 1200; tenths += 37) {
         float percent = static_cast<float>(tenths) / 10.0F;
         unsigned int seekPoint = 0;
-        if (header.SeekPosition(percent, seekPoint)) {
-            Require(percent >= 0.0F && percent <= 99.0F, "a percentage is brought within bounds");
-        }
+        Require(!header.SeekPosition(percent, seekPoint) || (percent >= 0.0F && percent <= 99.0F),
+                "a percentage is brought within bounds");
     }
 }
 
@@ -48,20 +43,16 @@ void CheckFrame(const CMPAFrame& frame, long long fileSize) {
     static_cast<void>(frame.IsLast());
 }
 
-using Frame = std::unique_ptr<CMPAFrame>;
-
-Frame Step(CMPAFile& file, CMPAFile::GetType type, Frame frame) {
-    return Frame(file.GetFrame(type, frame.release(), true, 0));
-}
-
 // Strictly one way: a walk cannot go on for ever.
-void CheckWalk(CMPAFile& file, Frame frame, CMPAFile::GetType type, int most) {
-    const long long fileSize = file.GetStream()->GetSize();
+void CheckWalk(CMPAFile& file, CMPAFile::GetType from, long long offset, CMPAFile::GetType type) {
+    const int most = type == CMPAFile::Next ? 5000 : 16; // a step back may look at 32 KiB
+    std::unique_ptr<CMPAFrame> frame(file.GetFrame(from, nullptr, true, offset));
     for (int i = 0; i < most && frame != nullptr; ++i) {
-        CheckFrame(*frame, fileSize);
-        const long long offset = frame->GetOffset();
-        frame = Step(file, type, std::move(frame));
-        Require(frame == nullptr || (type == CMPAFile::Next) == (frame->GetOffset() > offset),
+        CheckFrame(*frame, file.GetStream()->GetSize());
+        offset = frame->GetOffset();
+        frame.reset(file.GetFrame(type, frame.release(), true, 0));
+        Require(frame == nullptr || (type == CMPAFile::Next ? frame->GetOffset() > offset
+                                                            : frame->GetOffset() < offset),
                 "a walk goes on");
     }
 }
@@ -71,14 +62,13 @@ void CheckWalk(CMPAFile& file, Frame frame, CMPAFile::GetType type, int most) {
 void FuzzParser(const FuzzInput& input) {
     try {
         CMPAFile file(input.Path().c_str());
-        CheckTags(file);
+        CheckTags(*file.GetTags(), file.GetStream()->GetSize());
         if (file.GetVBRHeader() != nullptr) {
             CheckVBRHeader(*file.GetVBRHeader());
         }
-        CheckWalk(file, Step(file, CMPAFile::First, nullptr), CMPAFile::Next, kFramesForwards);
-        CheckWalk(file, Step(file, CMPAFile::Last, nullptr), CMPAFile::Prev, kFramesBackwards);
-        Frame frame(file.GetFrame(CMPAFile::Resync, nullptr, true, input.Number(0)));
-        CheckWalk(file, std::move(frame), CMPAFile::Prev, kFramesBackwards);
+        CheckWalk(file, CMPAFile::First, 0, CMPAFile::Next);
+        CheckWalk(file, CMPAFile::Last, 0, CMPAFile::Prev);
+        CheckWalk(file, CMPAFile::Resync, input.Number(0), CMPAFile::Prev);
     } catch (CMPAException& e) {
         Require(std::strlen(e.GetErrorDescription()) > 0, "a failure is described");
     }

@@ -1,81 +1,80 @@
-#include "fuzz/Seeds.h"
 #include "fuzz/Targets.h"
+#include "tests/support/Mp3Builder.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/WavBuilder.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 namespace {
 
-// The choices that the files are tried with: each flag, short, long and empty ranges.
-const std::string kChoices[] = {
-    std::string(),
-    std::string("\x01\x00\x0A\x00\x30\x10\x00", 7),
-    std::string("\x02\x00\x0A\xFF\xFF\x00\x7F", 7),
-    std::string("\x03\x40\x01\x40\x05", 5),
+// The choices that each file is tried with: each flag, short, long and empty ranges.
+constexpr char kChoices[][FuzzInput::kChoiceBytes + 1] = {
+    "\x00\x00\x00\x00\x00\x00\x00\x00",
+    "\x01\x00\x0A\x00\x30\x10\x00\x00",
+    "\x02\x00\x0A\xFF\xFF\x00\x7F\x00",
+    "\x03\x40\x01\x40\x05\x00\x00\x00",
 };
 
-struct Input {
-    std::string name;
-    std::string bytes;
-};
-
-void AddFolder(std::vector<Seed>& files, const std::string& folder) {
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        files.push_back({entry.path().filename(), TemporaryFolder::Read(entry.path())});
+std::string Repeated(const std::string& text, int count) {
+    std::string result;
+    for (; count > 0; --count) {
+        result += text;
     }
+    return result;
 }
 
-std::vector<Input> Inputs() {
-    std::vector<Seed> files = Mp3Seeds();
-    for (Seed& seed : WavSeeds()) {
-        files.push_back(std::move(seed));
+// Slow, or large in memory, for whoever looks at all of it again and again.
+std::vector<std::string> LargeFiles() {
+    const FrameFormat small{.version = 2, .bitrateKbps = 8, .rateHz = 24000, .channelMode = 3};
+    const std::string audio = Mp3Builder().Frames(6).Bytes();
+    const std::string chunks = Repeated(WavBuilder::Chunk("junk", ""), 20000);
+    return {
+        WavBuilder{.chunksBefore = chunks, .samples = WavBuilder::Pattern(4000)}.Bytes(),
+        Mp3Builder().Format(small).Frames(5000).Bytes(),
+        Repeated(Mp3Builder().Frames(1).Format(small).Frames(1).Bytes(), 100), // in turn
+        Repeated(FrameFormat().Header(), 20000),
+        std::string(100000, '\xFF'),
+        std::string(32768, '\0') + audio,
+        audio + Repeated("\xFF\xFB\x04\x64", 20000), // headers of a free format
+        audio + Repeated(Mp3Builder().Id3v1().Bytes(), 5000),
+        audio + Repeated(Mp3Builder().Id3v2(0, true).Bytes(), 4000),
+        audio + Repeated(Mp3Builder().Ape(0, false).Bytes(), 5000),
+        Repeated(Mp3Builder().Id3v2(0).Bytes(), 5000) + audio,
+    };
+}
+
+class Replay : public testing::TestWithParam<void (*)(const FuzzInput&)> {
+protected:
+    static void Try(const std::string& input) {
+        const auto* bytes = reinterpret_cast<const std::uint8_t*>(input.data());
+        EXPECT_NO_THROW(GetParam()(FuzzInput(bytes, input.size())));
     }
-    AddFolder(files, KLIPRA_CLIPS);
-    std::vector<Input> inputs;
-    for (const Seed& file : files) {
-        for (const std::string& choices : kChoices) {
-            inputs.push_back({file.name, AsInput(choices, file.file)});
+
+    static void TryWithChoices(const std::string& file) {
+        for (const char* choices : kChoices) {
+            Try(std::string(choices, FuzzInput::kChoiceBytes) + file);
         }
     }
-    // What was found has its own choices in it.
-    std::vector<Seed> found;
-    AddFolder(found, KLIPRA_CORPUS);
-    for (const Seed& file : found) {
-        inputs.push_back({file.name, file.file});
-    }
-    return inputs;
-}
-
-void Replay(void (*target)(const FuzzInput&)) {
-    static const std::vector<Input> inputs = Inputs();
-    ASSERT_FALSE(inputs.empty());
-    for (const Input& input : inputs) {
-        SCOPED_TRACE(input.name);
-        const auto* bytes = reinterpret_cast<const std::uint8_t*>(input.bytes.data());
-        EXPECT_NO_THROW(target(FuzzInput(bytes, input.bytes.size())));
-    }
-}
+};
 
 } // namespace
 
-TEST(Replay, Parser) {
-    Replay(FuzzParser);
+TEST_P(Replay, BreaksNoLaw) {
+    for (const std::string& file : LargeFiles()) {
+        SCOPED_TRACE(file.size());
+        TryWithChoices(file);
+    }
+    for (const auto& clip : std::filesystem::directory_iterator(KLIPRA_CLIPS)) {
+        SCOPED_TRACE(clip.path());
+        TryWithChoices(TemporaryFolder::Read(clip.path()));
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(KLIPRA_CORPUS)) {
+        SCOPED_TRACE(entry.path());
+        const std::string input = TemporaryFolder::Read(entry.path());
+        Try(input); // it has its own choices in it
+        TryWithChoices(input.substr(std::min(FuzzInput::kChoiceBytes, input.size())));
+    }
 }
 
-TEST(Replay, CutMP3) {
-    Replay(FuzzCutMP3);
-}
-
-TEST(Replay, CutWAV) {
-    Replay(FuzzCutWAV);
-}
-
-TEST(Replay, Stream) {
-    Replay(FuzzStream);
-}
-
-TEST(Replay, Info) {
-    Replay(FuzzInfo);
-}
+INSTANTIATE_TEST_SUITE_P(Targets, Replay,
+                         testing::Values(FuzzParser, FuzzCutMP3, FuzzCutWAV, FuzzStream, FuzzInfo));
