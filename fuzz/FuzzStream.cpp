@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <string>
 #include <vector>
 
 namespace {
