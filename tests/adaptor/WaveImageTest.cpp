@@ -3,124 +3,115 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <random>
+#include <thread>
 
 namespace {
 
-/// Pixels painted upwards and downwards from the centre row.
-using Bars = std::vector<std::pair<int, int>>;
-
-/// Expects the columns from x on to show these bars and nothing else.
-void ExpectBars(const WaveContext& image, int x, const Bars& bars) {
-    for (const auto& [up, down] : bars) {
-        for (int row = 0; row < 201; ++row) {
-            const int distance = std::abs(row - 100);
-            const bool isPainted = distance > 0 && distance <= (row < 100 ? up : down);
-            const int red = isPainted ? 255 * distance / 100 : 0;
-            const int green = isPainted ? 255 - red : 0;
-            const auto* const pixel = reinterpret_cast<const unsigned char*>(
-                image.GetPixels() + row * image.GetSize().width + x);
-            EXPECT_TRUE(pixel[0] == red && pixel[1] == green && pixel[2] == 0)
-                << "column " << x << ", row " << row;
-        }
-        ++x;
+/// Expects a column with bars of so many pixels, upwards and downwards from the centre row.
+void ExpectColumn(const WaveContext& image, int column, int up, int down) {
+    for (int row = 0; row < 201; ++row) {
+        const int distance = std::abs(row - 100);
+        const bool isPainted = distance > 0 && distance <= (row < 100 ? up : down);
+        const int full = isPainted ? 255 : 0;
+        const int red = full * distance / 100;
+        const auto* const pixel = reinterpret_cast<const unsigned char*>(
+            image.GetPixels() + row * image.GetSize().width + column);
+        ASSERT_TRUE(pixel[0] == red && pixel[1] == full - red && pixel[2] == 0)
+            << "column " << column << ", row " << row;
     }
 }
 
-/// The same of the whole image, once it is scanned.
-void ExpectWholeImage(const OpenedFile& file, const Bars& bars) {
-    file.delegate.AwaitScan();
+/// The pixels that the peak of every second one of `count` samples fills, a begun one too.
+int BarLength(const Samples& samples, std::size_t first, std::size_t count) {
+    int peak = 0;
+    for (std::size_t i = first; i < std::min(first + count, samples.size()); i += 2) {
+        peak = std::max(peak, std::abs(int{samples[i]}));
+    }
+    return (100 * peak + 32767) / 32768;
+}
+
+/// Expects the image of these stereo samples, each column as soon as it is finished.
+void ExpectImage(const OpenedFile& file, const Samples& samples) {
     const WaveContext& image = *file.adaptor.GetWaveContext();
-    ASSERT_EQ(image.GetSize(), (SIZE{static_cast<int>(bars.size()), 201}));
-    EXPECT_EQ(image.GetFinishedColumns(), image.GetSize().width);
-    ExpectBars(image, 0, bars);
+    const std::size_t samplesPerColumn = file.adaptor.bytesPerPixel / 2;
+    for (int column = 0; column < image.GetSize().width; ++column) {
+        while (image.GetFinishedColumns() <= column) {
+            std::this_thread::yield();
+        }
+        const std::size_t first = samplesPerColumn * static_cast<std::size_t>(column);
+        ASSERT_NO_FATAL_FAILURE(ExpectColumn(image, column,
+                                             BarLength(samples, first, samplesPerColumn),
+                                             BarLength(samples, first + 1, samplesPerColumn)));
+    }
+    file.delegate.AwaitScan();
 }
 
-TEST(WaveImage, ShowsTheLeftPeakUpwardsAndTheRightDownwards) {
-    Samples samples(std::size_t{2} * 600); // 100 sample frames a column
-    samples[0] = -32768;                   // left
-    samples[1 + 2 * 99] = 16384;
-    samples[2 * 150] = 131; // 0.004
-    samples[1 + 2 * 150] = -1;
-    samples[2 * 200] = samples[1 + 2 * 299] = 8192;
-    samples[1 + 2 * 599] = 32767;
-    OpenedFile file(Wav(samples, 2), 6);
-    ExpectWholeImage(file, {{100, 50}, {1, 1}, {25, 25}, {0, 0}, {0, 0}, {0, 100}});
-    const std::string calls = file.delegate.TakeCalls() + " ";
-    EXPECT_EQ(calls.find("Zoom:1 setNeedRefresh:2147483647 enableTimer "), 0U) << calls;
-    EXPECT_NE(calls.find(" setNeedRefresh:2 "), std::string::npos) << calls;
+/// Stereo noise, whose sides are as loud as chance will have it for half a second.
+Samples Noise(std::size_t seconds) {
+    std::mt19937 random(1);
+    unsigned loudness[2] = {};
+    Samples samples;
+    while (samples.size() < 16'000 * seconds) {
+        const std::size_t i = samples.size();
+        unsigned& most = loudness[i % 2];
+        most = i % 8'000 < 2 ? random() % 32'768 : most;
+        samples.push_back(static_cast<std::int16_t>(random() % (2 * most + 1) - most));
+    }
+    return samples;
 }
 
-TEST(WaveImage, MeasuresLongColumnsToTheirEnd) {
-    Samples samples(std::size_t{4} * 20'000); // 2.5 s each
-    samples[19'999] = 16384;
-    samples[20'000] = 8192;
-    samples[48'001] = -32768;
-    samples[60'000] = 4096;
-    samples[79'999] = 8192;
-    OpenedFile file(Wav(samples), 4);
-    ExpectWholeImage(file, {{50, 50}, {25, 25}, {100, 100}, {25, 25}});
+TEST(WaveImage, ShowsThePeaksOfTheCurrentEntryAtEveryWidthAfterAnyOther) {
+    Samples samples = Noise(200);
+    OpenedFile file(Wav(samples, 2), 1000);
+    KlipraMac& adaptor = file.adaptor;
+    samples.erase(samples.begin(), samples.begin() + 1'600'000);
+    adaptor.cutPositions = {0, 3'200'000};
+    ASSERT_TRUE(adaptor.Cut(false));
+    // 20 000 to 32 sample frames a column
+    for (const int width : {50, 25'000, 64, 800, 6'400, 1'000, 4'000, 40}) {
+        adaptor.Zoom(20); // whose scan is stopped at once
+        adaptor.SetWaveSize(width);
+        ASSERT_TRUE(adaptor.CreateWaveImage());
+        EXPECT_EQ(adaptor.bytesPerPixel * static_cast<unsigned>(width), adaptor.length);
+        ExpectImage(file, samples);
+    }
 }
 
 TEST(WaveImage, AColumnAndAZoomAreAMillisecondAtLeast) {
-    OpenedFile file(Wav(Samples(20, 16384)), 6); // 8 sample frames each
-    ExpectWholeImage(file, {{50, 50}, {50, 50}, {50, 50}, {0, 0}, {0, 0}, {0, 0}});
-    EXPECT_EQ(file.adaptor.bytesPerPixel, 16U);
-    EXPECT_EQ(file.adaptor.maxZoom, 0);
-    EXPECT_EQ(OpenedFile(SilentWav(30), 1000).adaptor.maxZoom, 30);
+    const Samples samples(40, -32768);
+    OpenedFile file(Wav(samples, 2), 6); // 8 sample frames each
+    ExpectImage(file, samples);
+    EXPECT_EQ(file.adaptor.bytesPerPixel, 32U);
+    file.adaptor.ZoomDelta(7);
+    EXPECT_EQ(file.adaptor.zoom, 1);
     EXPECT_EQ(OpenedFile(SilentWav(130), 1000).adaptor.maxZoom, 100);
 }
 
-// Rounding one column's length must not displace the last of 100 000.
-TEST(WaveImage, ColumnsOfTenHoursLineUpWithPositions) {
-    constexpr std::size_t kColumnBytes = 720; // at 1000 sample frames a second
-    const int columns[] = {1, 50'001, 99'998};
-    std::string samples(100'000 * kColumnBytes, '\0');
-    for (const int column : columns) {
-        for (const int margin : {7, 713}) { // the high bytes of the 3rd from either end
-            samples[column * kColumnBytes + margin] = 0x40;
-        }
-    }
-    OpenedFile file(WavBuilder{.channels = 1, .rateHz = 1000, .samples = samples}.Bytes(), 1000);
-    file.adaptor.Zoom(100);
-    file.delegate.AwaitScan();
-    EXPECT_EQ(file.adaptor.bytesPerPixel, kColumnBytes);
-    for (const int column : columns) {
-        ExpectBars(*file.adaptor.GetWaveContext(), column - 1, {{0, 0}, {50, 50}, {0, 0}});
-    }
-}
-
-TEST(WaveImage, ZoomChangesInARowLeaveTheLastOne) {
-    Samples samples(std::size_t{8000} * 60);
-    Bars bars;
-    for (std::size_t second = 0; second < 60; ++second) {
-        samples[second * 8000 + 4000] = static_cast<std::int16_t>(second * 512);
-        bars.emplace_back((second * 50 + 31) / 32, (second * 50 + 31) / 32);
-    }
-    OpenedFile file(Wav(samples), 60);
-    for (int factor = 20; factor >= 1; --factor) {
-        file.adaptor.Zoom(factor);
-        const WaveContext& image = *file.adaptor.GetWaveContext();
-        ASSERT_EQ(image.GetSize().width, factor * 60);
-        if (factor % 4 == 0) { // let some of them come a little further
-            while (image.GetFinishedColumns() < 2 * factor) {
-            }
-            ExpectBars(image, factor + factor / 2, {bars[1]}); // the middle of the second second
-        }
-    }
-    ExpectWholeImage(file, bars);
-}
-
-TEST(WaveImage, IsBlackForAFileThatCannotBeDecodedAndHasALimit) {
-    AlertRecorder desktop;
+TEST(WaveImage, IsBlackWithoutAudioAndHasALimit) {
+    AlertRecorder person;
     OpenedFile file("not audio", 3);
-    EXPECT_EQ(desktop.texts, "コンテンツのロードに失敗しました。");
+    KlipraMac& adaptor = file.adaptor;
+    adaptor.SetDrawSize(0);
     file.delegate.Zoom(1);
-    ExpectWholeImage(file, {{0, 0}, {0, 0}, {0, 0}});
-    for (const int width : {0, 2'000'000'000}) {
-        file.adaptor.SetWaveSize(width);
-        EXPECT_FALSE(file.adaptor.CreateWaveImage()) << width;
-        EXPECT_FALSE(file.adaptor.GetWaveContext()) << width;
+    ExpectImage(file, {});
+    for (const int width : {0, KlipraMac::kMaxWaveWidth + 1}) {
+        adaptor.SetWaveSize(width);
+        EXPECT_FALSE(adaptor.CreateWaveImage() || adaptor.GetWaveContext()) << width;
+    }
+    EXPECT_EQ(adaptor.SearchSceanChange(), 0);
+    adaptor.cutPositions = {0, 100};
+    EXPECT_FALSE(adaptor.Cut(true));
+    EXPECT_EQ(person.texts, "コンテンツのロードに失敗しました。保存できませんでした。");
+}
+
+TEST(WaveImage, GoesAwayWhileItIsScannedAndPlayed) {
+    for (int i = 0; i < 20; ++i) {
+        OpenedFile file(SilentWav(20), 1000);
+        file.adaptor.SetCurrentPosition(file.adaptor.length - 100); // playback ends any moment
+        file.adaptor.PlayStart();
     }
 }
 
