@@ -1,142 +1,149 @@
-#include "tests/engine/RecordingKlipra.h"
+#include "tests/adaptor/RecordingDelegate.h"
+#include "tests/support/AlertRecorder.h"
+#include "tests/support/FileSizeLimit.h"
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <algorithm>
+#include <map>
+#include <random>
 
 namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kFinish = " Zoom:1 EnableZoomMenu EnableTimer EnableCutButton EnableSaveButton "
-                            "EnableSceneChangeMoveButton";
+const std::string kSaveError = "保存できませんでした。";
 
-class Edits : public testing::Test {
-protected:
-    // Ten seconds, so that positions are the same in bytes, in seconds and in single precision.
-    Edits() { m_engine.Open(m_samples); }
+/// 32 sample frames, 2^14 bytes a second: a position is the same in bytes and in single precision.
+const WavBuilder kShortFile{.channels = 1, .rateHz = 8192, .samples = WavBuilder::Pattern(64)};
 
-    const HistoryItem& Item(int id) { return *m_engine.FindHistoryItem(id); }
+enum class Edit { Extract, Remove, Split };
 
-    static std::string SamplesOf(const std::string& path) {
-        return TemporaryFolder::Read(path).substr(WavBuilder().Header().size());
+/// What an edit makes of samples, from the first entry to the last.
+std::vector<std::string> ResultsOf(Edit edit, const std::string& samples, const CutPositions& at) {
+    const auto [start, end] = std::minmax(at.start, at.end);
+    const std::string before = samples.substr(0, start);
+    const std::string range = samples.substr(start, end - start);
+    const std::string after = samples.substr(end);
+    if (edit != Edit::Split) {
+        return {edit == Edit::Extract ? range : before + after};
     }
-
-    bool Cut(bool keep, const CutPositions& positions) {
-        m_engine.cutPositions = positions;
-        return m_engine.Cut(keep);
-    }
-
-    std::string m_samples = WavBuilder::Pattern(160000);
-    RecordingKlipra m_engine;
-};
-
-TEST_F(Edits, CutOutRemovesTheRangeInEitherOrderAndItsParentCanBeSelected) {
-    m_engine.sceneChangePositions = {1};
-    EXPECT_TRUE(Cut(false, {48000, 32000}));
-    EXPECT_EQ(m_engine.TakeCalls(),
-              "GetName Target:1 CutExec DeleteAllChildren Push:#-1:1" + kFinish);
-    EXPECT_TRUE(SamplesOf(Item(2).path) == m_samples.substr(0, 32000) + m_samples.substr(48000));
-    EXPECT_EQ(m_engine.GetCurrentPosition(), 48000);
-    EXPECT_EQ(m_engine.cutPositions, CutPositions());
-    EXPECT_TRUE(m_engine.sceneChangePositions.empty());
-
-    m_engine.cutPositions = {100, 200}; // not stored by any edit
-    m_engine.sceneChangePositions = {1};
-    m_engine.SelectHistory(2); // it is current
-    EXPECT_EQ(m_engine.sceneChangePositions.size(), 1);
-    m_engine.SelectHistory(1);
-    EXPECT_EQ(m_engine.TakeCalls(), "Zoom:1 EnableZoomMenu EnableCutButton EnableSaveButton "
-                                    "EnableSceneChangeMoveButton");
-    EXPECT_EQ(m_engine.cutPositions, (CutPositions{48000, 32000}));
-    EXPECT_EQ(m_engine.length, 160000);
-    EXPECT_TRUE(m_engine.sceneChangePositions.empty());
-    m_engine.SelectHistory(9); // there is none
-    EXPECT_EQ(m_engine.currentHistoryId, 1);
-    m_engine.SelectHistory(2);
-    EXPECT_EQ(m_engine.cutPositions, CutPositions());
+    std::vector<std::string> pieces = {before, range, after};
+    std::erase(pieces, "");
+    return pieces;
 }
 
-TEST_F(Edits, SplitWritesThePiecesBetweenTheUsablePositions) {
-    using Bounds = std::vector<std::size_t>;
-    for (const auto& [positions, bounds] :
-         std::vector<std::pair<CutPositions, Bounds>>{{{64000, 32000}, {0, 32000, 64000, 160000}},
-                                                      {{0, 32000}, {0, 32000, 160000}},
-                                                      {{32000, 159999}, {0, 32000, 160000}},
-                                                      {{1000, 1000}, {0, 1000, 1000, 160000}}}) {
-        SCOPED_TRACE(std::to_string(positions.start) + " " + std::to_string(positions.end));
-        m_engine.SelectHistory(1);
-        m_engine.cutPositions = positions;
-        ASSERT_TRUE(m_engine.Split());
-        const std::size_t pieces = bounds.size() - 1;
-        EXPECT_TRUE(m_engine.TakeCalls().ends_with("CutExec Push:#-" + std::to_string(pieces) +
-                                                   ":1" + kFinish));
-        for (std::size_t i = 0; i < pieces; ++i) {
-            EXPECT_TRUE(SamplesOf((m_engine.histories.end() - (pieces - i))->path) ==
-                        m_samples.substr(bounds[i], bounds[i + 1] - bounds[i]));
+std::string SamplesOf(const std::string& path) {
+    return TemporaryFolder::Read(path).substr(kShortFile.Header().size());
+}
+
+/// Expects what is heard, where it stands, and which range is marked.
+void ExpectLoaded(const KlipraMac& engine, const std::string& samples, unsigned long long position,
+                  const CutPositions& marked) {
+    EXPECT_EQ(engine.length, samples.size());
+    EXPECT_EQ(engine.GetCurrentPosition(), position <= samples.size() ? position : 0);
+    EXPECT_EQ(engine.cutPositions, marked);
+    EXPECT_TRUE(engine.sceneChangePositions.empty());
+}
+
+TEST(Edits, InAnyOrderMakeTheirEntriesAndTouchNoOtherFile) {
+    OpenedFile file(kShortFile.Bytes());
+    KlipraMac& engine = file.adaptor;
+    std::map<std::string, std::string> files = {{file.path, kShortFile.samples}};
+    std::mt19937 random(1);
+    for (int i = 0; i < 200; ++i) {
+        engine.SelectHistory(1 + static_cast<int>(random() % engine.histories.size()));
+        const int parent = engine.currentHistoryId;
+        const std::string samples = files[engine.FindHistoryItem(parent)->path];
+        const auto position = [&] { return random() % (samples.size() / 2 + 1) * 2; };
+        const CutPositions positions = {position(), position()};
+        const auto edit = static_cast<Edit>(random() % 3);
+        const std::vector<std::string> results = ResultsOf(edit, samples, positions);
+        if (positions.start == positions.end || (edit == Edit::Split && results.size() < 2)) {
+            continue;
         }
-        EXPECT_EQ(Item(1).cutPositions, positions);
+        SCOPED_TRACE(testing::Message() << "edit " << i << " of entry " << parent);
+        engine.cutPositions = positions;
+        engine.sceneChangePositions = {1};
+        ASSERT_TRUE(edit == Edit::Split ? engine.Split() : engine.Cut(edit == Edit::Extract));
+        int id = engine.lastHistoryId - static_cast<int>(results.size());
+        if (auto* const node = engine.FindHistoryTreeItem(parent); node != nullptr) {
+            ASSERT_EQ(node->children.size(), results.size());
+            EXPECT_EQ(node->children.front().id, id + 1);
+        }
+        for (const std::string& result : results) {
+            files[engine.FindHistoryItem(++id)->path] = result;
+        }
+        for (const auto& [path, bytes] : files) {
+            ASSERT_EQ(SamplesOf(path), bytes) << path;
+        }
+        ExpectLoaded(engine, results.back(), edit == Edit::Remove ? positions.start : 0, {});
+        engine.sceneChangePositions = {1};
+        engine.SelectHistory(parent);
+        ExpectLoaded(engine, samples, 0, positions);
     }
 }
 
-TEST_F(Edits, AFailureKeepsWhatThereWas) {
-    m_engine.cutPositions = {kUnsetPosition, 0};
-    EXPECT_FALSE(m_engine.Split());
-    EXPECT_EQ(m_engine.TakeCalls(), ""); // there is nothing to split
+TEST(Edits, ThatFailKeepWhatThereWas) {
+    AlertRecorder person;
+    OpenedFile file(kShortFile.Bytes());
+    KlipraMac& engine = file.adaptor;
+    for (const unsigned long long nowhere : {0ULL, engine.length - 1, kUnsetPosition}) {
+        engine.cutPositions = {kUnsetPosition, nowhere};
+        EXPECT_FALSE(engine.Split()) << nowhere;
+    }
+    engine.cutPositions = {16, 32};
+    fs::create_directory(engine.MakeTargetPath("3"));
+    EXPECT_FALSE(engine.Split());
+    EXPECT_EQ(SamplesOf(engine.MakeTargetPath("2")), kShortFile.samples.substr(16, 16));
 
-    m_engine.cutPositions = {16000, 32000};
-    fs::create_directory(m_engine.folder.Path("3.wav"));
-    EXPECT_FALSE(m_engine.Split());
-    EXPECT_EQ(m_engine.TakeCalls(), "GetName DeleteAllChildren Target:1 CutExec Push:#-1:1 "
-                                    "Target:2 CutExec Push:#-2:1 Target:3 CutExec ErrorMsg:2");
-    const std::string old = m_engine.folder.Write("2-1.wav", "old");
-    fs::resize_file(Item(3).path, 30); // what the next cut would be made from
-    EXPECT_FALSE(Cut(false, {0, 8000}));
-    EXPECT_EQ(m_engine.TakeCalls(), "GetName Target:2-1 CutExec ErrorMsg:2");
-    EXPECT_EQ(Item(3).cutPositions, CutPositions());
+    const std::string old = engine.MakeTargetPath("2-1");
+    std::ofstream(old) << "old";
+    fs::resize_file(engine.MakeTargetPath("2"), 30); // what the next cut would be made from
+    EXPECT_FALSE(engine.Cut(false));
+    EXPECT_EQ(person.texts, kSaveError + kSaveError);
+    EXPECT_EQ(engine.histories.size(), 3);
     EXPECT_EQ(TemporaryFolder::Read(old), "old");
 }
 
-TEST_F(Edits, ExtractsAndSavesToAnyFileThatTheHistoryDoesNotUse) {
-    ASSERT_TRUE(Cut(true, {32000, 48000}));
-    EXPECT_EQ(m_engine.GetCurrentPosition(), 0);
-    m_engine.TakeCalls();
-    std::string path;
-    EXPECT_FALSE(m_engine.Save(path)); // cancelled
-    m_engine.outputPath = m_engine.folder.Path("no/folder.wav");
-    EXPECT_FALSE(m_engine.Save(path));
-    EXPECT_EQ(m_engine.TakeCalls(), "Query Query CopyFile ErrorMsg:2");
-    EXPECT_FALSE(m_engine.IsSavedAll());
-    m_engine.outputPath = m_engine.folder.Path("out.wav");
-    EXPECT_TRUE(m_engine.Save(path));
-    EXPECT_TRUE(m_engine.IsSavedAll());
-    EXPECT_TRUE(SamplesOf(path) == m_samples.substr(32000, 16000));
-
-    m_engine.TakeCalls();
-    m_engine.cutPositions = {8000, 4000};
-    m_engine.SaveRange();
-    m_engine.formatType = FormatType{}; // a failure leaves it as it is
-    m_engine.SaveRange();
-    EXPECT_EQ(m_engine.TakeCalls(), "Query CutExec Query CutExec ErrorMsg:2");
-    EXPECT_TRUE(SamplesOf(m_engine.outputPath) == m_samples.substr(36000, 4000));
-
-    m_engine.formatType = FormatType::WAV;
-    const std::string link = m_engine.folder.Path("link.wav");
-    fs::create_hard_link(Item(1).path, link);
-    for (const std::string& used : {Item(2).path, link}) {
-        m_engine.outputPath = used;
-        EXPECT_FALSE(m_engine.Save(path));
-        m_engine.SaveRange();
-        EXPECT_EQ(m_engine.TakeCalls(), "Query ErrorMsg:2 Query ErrorMsg:2");
-        EXPECT_FALSE(m_engine.Klipra::CutExec(true, Item(2).path, used, 0, 8000));
+TEST(Edits, AreSavedWholeOrNotAtAllToAnyFileThatTheHistoryDoesNotUse) {
+    AlertRecorder person;
+    OpenedFile file(kShortFile.Bytes());
+    KlipraMac& engine = file.adaptor;
+    engine.cutPositions = {16, 48};
+    ASSERT_TRUE(engine.Cut(true));
+    engine.cutPositions = {0, 32};
+    ASSERT_TRUE(engine.Cut(true));
+    engine.cutPositions = {16, 8};
+    const std::string edited = engine.FindHistoryItem(2)->path;
+    fs::create_hard_link(file.path, file.folder.Path("link.wav"));
+    std::string saved;
+    for (const std::string& used : {file.path, file.folder.Path("link.wav"), edited}) {
+        person.answer = used;
+        EXPECT_FALSE(engine.Save(saved));
+        engine.SaveRange();
+        EXPECT_FALSE(engine.CutExec(true, edited, used, 0, 8));
+        EXPECT_FALSE(engine.CopyFile(used, used));
     }
-}
+    person.answer = file.folder.Write("old.wav", "old");
+    fs::permissions(person.answer, fs::perms(0600));
+    {
+        const FileSizeLimit diskIsFull(50);
+        EXPECT_FALSE(engine.Save(saved));
+        engine.SaveRange();
+    }
+    EXPECT_EQ(std::exchange(person.texts, "").size(), 8 * kSaveError.size());
+    EXPECT_EQ(TemporaryFolder::Read(person.answer), "old");
+    EXPECT_EQ(SamplesOf(file.path), kShortFile.samples);
+    EXPECT_EQ(SamplesOf(edited), kShortFile.samples.substr(16, 32));
+    EXPECT_FALSE(engine.IsSavedAll());
 
-TEST(Paths, AreTakenApartFromTheirEnd) {
-    EXPECT_EQ(Klipra::ExtractFolder("/x/y/z.tar.mp3"), "/x/y");
-    EXPECT_EQ(Klipra::ExtractFilename("/x/y/z.tar.mp3"), "z.tar.mp3");
-    EXPECT_EQ(Klipra::ExtractExtension("/x/y/z.tar.mp3"), "mp3");
-    EXPECT_EQ(Klipra::ExtractExtension("noext"), "noext");
+    EXPECT_TRUE(engine.Save(saved) && engine.histories.back().saved);
+    EXPECT_EQ(TemporaryFolder::Read(saved), TemporaryFolder::Read(edited));
+    EXPECT_EQ(fs::status(saved).permissions(), fs::perms(0600));
+    engine.SaveRange();
+    EXPECT_EQ(SamplesOf(saved), kShortFile.samples.substr(24, 8));
+    EXPECT_EQ(person.texts, "");
 }
 
 } // namespace
