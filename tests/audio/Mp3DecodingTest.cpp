@@ -96,7 +96,7 @@ TEST_F(Mp3Decoding, WhatIsNoFrameIsLeftOut) {
     for (const std::string& mp3 :
          {Mp3Builder().Id3v2(3000).Id3v2(10, true).Bytes() + frames + Mp3Builder().Id3v1().Bytes(),
           std::string(32768, '\0') + frames, gaps,
-          Mp3Builder().Format(format).Vbri({}).Bytes() + frames,
+          Mp3Builder().Format(format).Vbri().Bytes() + frames,
           Mp3Builder().Format(format).Xing(0).Bytes() + frames,
           Mp3Builder().Format(format).Xing(0, 0, 0, 0, "Info").Bytes() + frames}) {
         EXPECT_EQ(Decode(mp3), expected);

@@ -32,10 +32,9 @@ protected:
 
     TemporaryFolder m_folder;
     AlertRecorder m_alerts;
-    std::string m_bytes =
-        GetParam() == CutMP3File
-            ? Mp3Builder().Xing(15, 3000, 1).Lame("LAME3.99r").Frames(3000).Id3v1().Bytes()
-            : WavBuilder{.samples = WavBuilder::Pattern(1200000)}.Bytes();
+    std::string m_bytes = GetParam() == CutMP3File
+                              ? Mp3Builder().Xing(15, 3000, 1).Lame().Frames(3000).Id3v1().Bytes()
+                              : WavBuilder{.samples = WavBuilder::Pattern(1200000)}.Bytes();
     std::string m_source = m_folder.Write("source", m_bytes);
     std::string m_output = m_folder.Path("output");
 };

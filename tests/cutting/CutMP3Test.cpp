@@ -68,11 +68,11 @@ TEST_F(CutMP3, WritesWholeFramesOfTheRangeOrOfTheRest) {
         {"from before the start", -1.5F, 3.5F, false, "GHIJKL"},
         {"to behind the end", 8.5F, 40.0F, false, "BCDEFGHIJ"},
     };
-    const VbriFields vbri{.byteCount = 12 * kFrameBytes, .frameCount = 12, .entries = {1, 2, 3}};
-    const auto xing = Mp3Builder().Xing(15, 12, 12 * kFrameBytes).Lame("LAME3.99r").Frames(12);
+    const auto xing = Mp3Builder().Xing(15, 12, 12 * kFrameBytes).Lame().Frames(12);
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        for (const Mp3Builder& source : {xing, Mp3Builder().Vbri(vbri).Frames(12)}) {
+        for (const Mp3Builder& source :
+             {xing, Mp3Builder().Vbri(12, 12 * kFrameBytes).Frames(12)}) {
             const std::string output = Cut(source, c.start, c.end, c.keep);
             EXPECT_TRUE(output.substr(kFrameBytes) == FramesOf(source, c.expected));
         }
@@ -100,7 +100,7 @@ TEST_F(CutMP3, RewritesEveryXingFieldThatTheFlagsDeclareAndNoOther) {
         Mp3Builder source;
         source.Format({4 - rateDivisor, 3, 128, 44100 / rateDivisor, i < 32 ? 0U : 3U});
         source.Id3v2(77).Garbage(5).Xing(flags, 1000, 999999, 57, i % 3 == 0 ? "Info" : "Xing");
-        source.Lame("LAME3.99r", 0x13, 160, 128).Frames(3).Id3v1();
+        source.Lame().Frames(3).Id3v1();
         std::string fields = (flags & 1) != 0 ? BigEndian(1) : "";
         fields += (flags & 2) != 0 ? BigEndian(kFrameBytes) : "";
         // A table takes a byte count, given or worked out from a frame count.
@@ -128,23 +128,22 @@ TEST_F(CutMP3, TheSeekTableTellsWhereEachHundredthBegins) {
 }
 
 TEST_F(CutMP3, RewritesCountsThatWereWrongUnknownOrOfAVBRIHeader) {
-    const auto known = Mp3Builder().Xing(3, 30, 30 * kFrameBytes).Lame("LAME3.99r").Frames(30);
+    const auto known = Mp3Builder().Xing(3, 30, 30 * kFrameBytes).Lame().Frames(30);
     EXPECT_EQ(Cut(known, 100.0F, 110.0F), HeaderWith(known, 8, BigEndian(0) + BigEndian(0)));
 
-    const auto unknown = Mp3Builder().Xing(3, 0, 30 * kFrameBytes).Lame("LAME3.99r").Frames(30);
+    const auto unknown = Mp3Builder().Xing(3, 0, 30 * kFrameBytes).Lame().Frames(30);
     EXPECT_EQ(Cut(unknown, 0.0F, 0.0F),
               HeaderWith(unknown, 8, BigEndian(0) + BigEndian(kFrameBytes)) +
                   FramesOf(unknown, "B"));
 
     // Ten frames out of four leave a total below zero: the frames before the range, no seek table.
-    const auto wrong = Mp3Builder().Xing(15, 4, 4 * kFrameBytes).Lame("LAME3.99r").Frames(30);
+    const auto wrong = Mp3Builder().Xing(15, 4, 4 * kFrameBytes).Lame().Frames(30);
     const std::string fields = BigEndian(3) + BigEndian(3 * kFrameBytes) + std::string(100, '\0');
     EXPECT_EQ(Cut(wrong, 2.5F, 12.5F, false),
               HeaderWith(wrong, 8, fields) + FramesOf(wrong, "BCD"));
 
     // Its seek table stays as it is.
-    const VbriFields counts{.byteCount = 9, .frameCount = 3, .entries = {1, 2, 3}};
-    const auto vbri = Mp3Builder().Vbri(counts).Frames(3);
+    const auto vbri = Mp3Builder().Vbri(3, 9).Frames(3);
     EXPECT_EQ(Cut(vbri, 0.0F, 0.0F),
               HeaderWith(vbri, 10, BigEndian(kFrameBytes) + BigEndian(1)) + FramesOf(vbri, "B"));
 }

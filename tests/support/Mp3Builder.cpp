@@ -37,6 +37,11 @@ std::string Byte(unsigned int value) {
     return BigEndian(value, 1);
 }
 
+std::string LittleEndian(unsigned int value) {
+    const std::string bigEndian = BigEndian(value);
+    return {bigEndian.rbegin(), bigEndian.rend()};
+}
+
 std::string Filling(unsigned int bytes) {
     return std::string(bytes, '.');
 }
@@ -99,28 +104,20 @@ Mp3Builder& Mp3Builder::Xing(unsigned int flags, unsigned int frameCount, unsign
     return Frames(1).Patch(m_vbrHeaderOffset, header);
 }
 
-Mp3Builder& Mp3Builder::Vbri(const VbriFields& fields) {
-    std::string header = "VBRI" + BigEndian(fields.version, 2) + BigEndian(fields.delay, 2) +
-                         BigEndian(fields.quality, 2) + BigEndian(fields.byteCount) +
-                         BigEndian(fields.frameCount) +
-                         BigEndian(static_cast<unsigned int>(fields.entries.size()) - 1, 2) +
-                         BigEndian(fields.scale, 2) + BigEndian(fields.entrySize, 2) +
-                         BigEndian(fields.framesPerEntry, 2);
-    for (const unsigned int entry : fields.entries) {
-        header += BigEndian(entry, fields.entrySize);
+Mp3Builder& Mp3Builder::Vbri(unsigned int frameCount, unsigned int byteCount) {
+    // Version 1, no delay, quality 75; the entries less one, scale 1, two bytes and a frame each.
+    std::string header = "VBRI";
+    for (const unsigned int field : {1U, 0U, 75U, byteCount >> 16, byteCount, frameCount >> 16,
+                                     frameCount, 2U, 1U, 2U, 1U, 417U, 417U, 417U}) {
+        header += BigEndian(field & 0xFFFFU, 2);
     }
     m_vbrHeaderOffset = Size() + 36;
     return Frames(1).Patch(m_vbrHeaderOffset, header);
 }
 
-Mp3Builder& Mp3Builder::Lame(const std::string& encoder, unsigned char revisionAndMethod,
-                             unsigned char lowpassHundredHz, unsigned char bitrateKbps) {
-    std::string tag = encoder;
-    if (encoder.size() == 9) {
-        tag += Byte(revisionAndMethod) + Byte(lowpassHundredHz) + std::string(9, '\0') +
-               Byte(bitrateKbps);
-    }
-    return Patch(m_vbrHeaderOffset + 120, tag);
+Mp3Builder& Mp3Builder::Lame(const std::string& encoder) {
+    return Patch(m_vbrHeaderOffset + 120,
+                 encoder + Byte(0x13) + Byte(160) + std::string(9, '\0') + Byte(128));
 }
 
 Mp3Builder& Mp3Builder::Id3v1(unsigned char track) {
@@ -201,9 +198,4 @@ std::string BigEndian(unsigned int value, unsigned int bytes) {
         result += static_cast<char>(i > 4 ? 0 : value >> (8 * (i - 1)) & 0xFFU);
     }
     return result;
-}
-
-std::string LittleEndian(unsigned int value) {
-    const std::string bigEndian = BigEndian(value);
-    return {bigEndian.rbegin(), bigEndian.rend()};
 }

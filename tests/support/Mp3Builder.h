@@ -31,19 +31,6 @@ struct FrameFormat {
     unsigned int SizeBytes() const; ///< of the whole frame, ISO/IEC 11172-3, 2.4.3.1
 };
 
-/// The fields of a VBRI header.
-struct VbriFields {
-    unsigned int version = 1;
-    unsigned int delay = 0;
-    unsigned int quality = 75;
-    unsigned int byteCount = 0;
-    unsigned int frameCount = 0;
-    unsigned int scale = 1;
-    unsigned int framesPerEntry = 1;
-    unsigned int entrySize = 2;        ///< bytes
-    std::vector<unsigned int> entries; ///< one more than the count that the header states
-};
-
 /// Builds MPEG audio files for tests, piece by piece from their start:
 /// `Mp3Builder().Id3v2(1000).Xing(CXINGHeader::kFrameCount, 12).Frames(12).Id3v1()`.
 ///
@@ -59,12 +46,11 @@ public:
     /// byte count, 4 seek table, 8 quality). The table rises evenly.
     Mp3Builder& Xing(unsigned int flags, unsigned int frameCount = 0, unsigned int byteCount = 0,
                      unsigned int quality = 0, const char* identifier = "Xing");
-    /// A frame with a VBRI header. A table that does not fit the frame goes on after it.
-    Mp3Builder& Vbri(const VbriFields& fields);
-    /// The encoder's tag of the VBR header that was just built.
-    /// @param encoder  9 characters, or 20 for the tag of an old encoder, which is nothing else
-    Mp3Builder& Lame(const std::string& encoder, unsigned char revisionAndMethod = 0,
-                     unsigned char lowpassHundredHz = 0, unsigned char bitrateKbps = 0);
+    /// A frame with a VBRI header, whose table has three entries.
+    Mp3Builder& Vbri(unsigned int frameCount = 0, unsigned int byteCount = 0);
+    /// The encoder's tag of the VBR header that was just built: CBR of 128 kbit/s up to 16 kHz.
+    /// @param encoder  9 characters
+    Mp3Builder& Lame(const std::string& encoder = "LAME3.99r");
 
     // Tags; what they hold is so many bytes.
     Mp3Builder& Id3v1(unsigned char track = 0); ///< version 1.1 with a track
@@ -103,6 +89,5 @@ private:
     long long m_vbrHeaderOffset = -1;
 };
 
-/// A number as bytes, the highest first and the lowest first.
+/// A number as bytes, the highest first.
 std::string BigEndian(unsigned int value, unsigned int bytes = 4);
-std::string LittleEndian(unsigned int value);
