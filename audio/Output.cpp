@@ -71,18 +71,17 @@ bool Output::IsAudible() {
 std::unique_ptr<OutputDevice> Output::Acquire(const OutputFormat& format) {
     FreeSdlMemoryWithThisThread();
     const std::lock_guard lock(m_mutex);
-    std::unique_ptr<OutputDevice> device = std::move(m_kept);
-    if (!device || device->Format() != format || !device->IsAudible()) {
-        device.reset(); // before another one is opened: some systems have but one
+    if (!m_kept || m_kept->Format() != format || !m_kept->IsAudible()) {
+        m_kept.reset(); // before another one is opened: some systems have but one
         if (m_sdl) {
-            device = SdlDevice::Open(format);
+            m_kept = SdlDevice::Open(format);
         }
-        if (!device) {
-            device = std::make_unique<SilentDevice>(format);
+        if (!m_kept) {
+            m_kept = std::make_unique<SilentDevice>(format);
         }
     }
-    m_lent = device.get();
-    return device;
+    m_lent = m_kept.get();
+    return std::move(m_kept);
 }
 
 void Output::Release(std::unique_ptr<OutputDevice> device) {
