@@ -118,6 +118,8 @@ TEST_F(Bass, LevelsAreThoseOfStretchesWhoseRoundingDoesNotAddUp) {
         for (const float seconds : {0.02F, 0.5F, 4e-4F, 1.0F / 3 / 44100}) {
             float levels[2];
             EXPECT_EQ(SetPosition(stream, kBegin * channels * 2), TRUE);
+            EXPECT_NE(BASS_ChannelIsActive(stream), BASS_ACTIVE_STOPPED);
+            EXPECT_EQ(GetLevels(stream, levels, 1.001F), FALSE);
             std::size_t at = kBegin * channels;
             for (int step = 1; at < samples.size(); ++step) {
                 const auto length = std::lround(step * double{seconds} * 44100);
@@ -198,7 +200,7 @@ TEST_F(Bass, EndIsReportedOncePerSyncWhichMayPlayTheStreamAgainOrFreeIt) {
         second.unseen.acquire();
         EXPECT_EQ(first.calls, plays + 1);
         EXPECT_EQ(second.calls, plays);
-        EXPECT_GT(Clock::now() - begin, std::chrono::milliseconds(110));
+        EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(120));
     }
 }
 
@@ -206,18 +208,18 @@ TEST_F(Bass, PositionMovesAtTheRightPaceFromAnyPlaceWithAndWithoutADevice) {
     for (const char* driver : {"dummy", "there is no such driver"}) {
         SCOPED_TRACE(driver);
         EXPECT_EQ(OpenOutput(driver), driver == std::string("dummy"));
-        const HSTREAM stream = Open(folder.Write("a.mp3", Clip("joint-stereo-44100.mp3", 20)));
-        for (const QWORD second : {60, 10}) {
-            const auto begin = Clock::now();
-            EXPECT_EQ(SetPosition(stream, second * 44100 * 4), TRUE);
-            EXPECT_EQ(BASS_ChannelPlay(stream, FALSE), TRUE);
-            AwaitPosition(stream, second * 44100 * 4 + 22050 * 4);
-            const std::chrono::duration<double> took = Clock::now() - begin;
-            // What a device asks for is heard when it asks again, 20 ms later or more; much later
-            // only if a busy machine makes it wait.
-            EXPECT_GT(took.count(), 0.51);
-            EXPECT_LT(took.count(), 5.0);
-        }
+        const HSTREAM stream = Open(folder.Write("a.mp3", Clip("mono-8000.mp3", 20)));
+        const auto begin = Clock::now();
+        EXPECT_EQ(SetPosition(stream, 60 * 16000), TRUE);
+        EXPECT_EQ(BASS_ChannelPlay(stream, FALSE), TRUE);
+        AwaitPosition(stream, 60 * 16000 + 8000);
+        const std::chrono::duration<double> took = Clock::now() - begin;
+        // What a device asks for is heard when it asks again, 20 ms later or more; much later only
+        // if a busy machine makes it wait.
+        EXPECT_GT(took.count(), 0.51);
+        EXPECT_LT(took.count(), 5.0);
+        EXPECT_EQ(SetPosition(stream, 10 * 16000), TRUE);
+        EXPECT_LT(Position(stream), 60 * 16000);
         EndCounter end(stream);
         EXPECT_EQ(SetPosition(stream, Length(stream)), TRUE);
         end.unseen.acquire();
