@@ -88,7 +88,6 @@ TEST_F(Bass, CallsFailOnAFreedHandle) {
     EXPECT_EQ(Length(freed), kNone);
     EXPECT_EQ(Position(freed), kNone);
     EXPECT_EQ(SetPosition(freed, 0), FALSE);
-    EXPECT_LT(BASS_ChannelBytes2Seconds(freed, 0), 0);
     EXPECT_EQ(BASS_ChannelSeconds2Bytes(freed, 0), kNone);
     EXPECT_EQ(GetLevels(freed, levels), FALSE);
 }
@@ -258,7 +257,8 @@ TEST_F(Bass, EverythingAtOnceFromManyThreads) {
         float levels[2];
         for (int round = 0; round < 30; ++round) {
             BASS_ChannelPlay(played, round % 3 == 0);
-            SetPosition(played, std::max(Position(played), Length(played) - 10'000));
+            SetPosition(played, Length(played) - 10'000);
+            EXPECT_LE(Position(played), Length(played));
             if (round % 4 == thread) {
                 BASS_ChannelStop(played);
             }
