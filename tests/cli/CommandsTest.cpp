@@ -54,7 +54,7 @@ TEST_F(Commands, WaveWritesAWholePngOfTheSizeAskedFor) {
 TEST_F(Commands, InfoTellsWhereThingsLieAndCommandsNoTerminal) {
     Mp3Builder file;
     file.Id3v2(1000).Xing(15, 2).Lame("LAME3.9\x1B\xFF").Frames(2).Ape(100);
-    file.WriteTo(m_folder.Path("a.mp3"));
+    m_folder.Write("a.mp3", file.Bytes());
     const json info = json::parse(Done("info a.mp3 --json"));
     EXPECT_EQ(info["audio_begin"], 1010);
     EXPECT_EQ(info["audio_end"], 2261);

@@ -35,7 +35,7 @@ class CutMP3 : public testing::Test {
 protected:
     // Times in frames of the usual format.
     std::string Cut(const Mp3Builder& source, float start, float end, bool keep = true) {
-        source.WriteTo(m_source);
+        m_folder.Write("source.mp3", source.Bytes());
         EXPECT_TRUE(CutMP3File(m_source.c_str(), m_output.c_str(), start * kFrameSeconds,
                                end * kFrameSeconds, keep))
             << m_alerts.texts << CutFailure();

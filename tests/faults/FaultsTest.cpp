@@ -205,7 +205,7 @@ TEST_F(CommandLineFaults, OfDisksAreNamedAndLeaveTheOldFiles) {
     }
     m_folder.Write("old-1.wav", "old");
     m_folder.Write("old-2.wav", "old");
-    Mp3Builder().Frames(1000).WriteTo(m_folder.Path("b.mp3"));
+    m_folder.Write("b.mp3", Mp3Builder().Frames(1000).Bytes());
     const std::string cases[][3] = {
         {"write:error=EIO:when=3", "extract a.WAV 1 90 old-1.wav", "'a.WAV': cannot write"},
         {"write:error=ENOSPC:when=3", "split a.WAV 5 old-%.wav", "output: No space left on device"},

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <iterator>
 #include <stdexcept>
 
@@ -40,10 +39,6 @@ std::string Byte(unsigned int value) {
 std::string LittleEndian(unsigned int value) {
     const std::string bigEndian = BigEndian(value);
     return {bigEndian.rbegin(), bigEndian.rend()};
-}
-
-std::string Filling(unsigned int bytes) {
-    return std::string(bytes, '.');
 }
 
 std::string Padded(std::string text, unsigned int bytes) {
@@ -121,13 +116,14 @@ Mp3Builder& Mp3Builder::Lame(const std::string& encoder) {
 }
 
 Mp3Builder& Mp3Builder::Id3v1(unsigned char track) {
-    return Tag("TAG" + Filling(122) + (track == 0 ? Filling(2) : Byte(0) + Byte(track)) + Byte(12));
+    return Tag("TAG" + std::string(122, '.') +
+               (track == 0 ? std::string(2, '.') : Byte(0) + Byte(track)) + Byte(12));
 }
 
 Mp3Builder& Mp3Builder::Id3v2(unsigned int contentBytes, bool hasFooter) {
     const std::string fields =
         Byte(hasFooter ? 4 : 3) + Byte(0) + Byte(hasFooter ? 0x10 : 0) + Synchsafe(contentBytes);
-    return Tag("ID3" + fields + Filling(contentBytes) + (hasFooter ? "3DI" + fields : ""));
+    return Tag("ID3" + fields + std::string(contentBytes, '.') + (hasFooter ? "3DI" + fields : ""));
 }
 
 Mp3Builder& Mp3Builder::Ape(unsigned int itemBytes, bool hasHeader, unsigned int version) {
@@ -136,16 +132,16 @@ Mp3Builder& Mp3Builder::Ape(unsigned int itemBytes, bool hasHeader, unsigned int
         "APETAGEX" + LittleEndian(version) + LittleEndian(itemBytes + 32) + LittleEndian(0);
     const std::string reserved(8, '\0');
     const std::string header = fields + LittleEndian(flags | 1U << 29) + reserved;
-    return Tag((hasHeader ? header : "") + Filling(itemBytes) + fields + LittleEndian(flags) +
-               reserved);
+    return Tag((hasHeader ? header : "") + std::string(itemBytes, '.') + fields +
+               LittleEndian(flags) + reserved);
 }
 
 Mp3Builder& Mp3Builder::Lyrics3v1(unsigned int textBytes) {
-    return Tag("LYRICSBEGIN" + Filling(textBytes) + "LYRICSEND");
+    return Tag("LYRICSBEGIN" + std::string(textBytes, '.') + "LYRICSEND");
 }
 
 Mp3Builder& Mp3Builder::Lyrics3v2(unsigned int fieldBytes) {
-    const std::string fields = "LYRICSBEGIN" + Filling(fieldBytes);
+    const std::string fields = "LYRICSBEGIN" + std::string(fieldBytes, '.');
     const std::string size = std::to_string(fields.size());
     return Tag(fields + std::string(6 - size.size(), '0') + size + "LYRICS200");
 }
@@ -157,8 +153,8 @@ Mp3Builder& Mp3Builder::MusicMatch(unsigned int imageBytes, unsigned int metadat
     const std::string offsets = LittleEndian(imageOffset) + LittleEndian(imageOffset + 4) +
                                 LittleEndian(0) + LittleEndian(imageOffset + imageBytes) +
                                 LittleEndian(imageOffset + imageBytes + 256);
-    return Tag((hasHeader ? section : "") + Filling(imageBytes) + section + Filling(metadataBytes) +
-               offsets + Padded("Brava Software Inc.", 32) +
+    return Tag((hasHeader ? section : "") + std::string(imageBytes, '.') + section +
+               std::string(metadataBytes, '.') + offsets + Padded("Brava Software Inc.", 32) +
                Padded(metadataBytes == 7868 ? "3.00" : "3.05", 16));
 }
 
@@ -181,10 +177,6 @@ Mp3Builder& Mp3Builder::Patch(long long offset, const std::string& bytes) {
 
 std::string Mp3Builder::BytesOf(const Extent& piece) const {
     return m_bytes.substr(static_cast<std::size_t>(piece.offset), piece.size);
-}
-
-void Mp3Builder::WriteTo(const std::string& path) const {
-    std::ofstream(path, std::ios::binary) << m_bytes;
 }
 
 Mp3Builder& Mp3Builder::Tag(const std::string& bytes) {

@@ -72,7 +72,6 @@ public:
     const std::string& Bytes() const { return m_bytes; }
     long long Size() const { return static_cast<long long>(m_bytes.size()); }
     std::string BytesOf(const Extent& piece) const;
-    void WriteTo(const std::string& path) const;
 
     /// The frames, that of a VBR header included, and the tags, in the order of the file.
     const std::vector<Extent>& FrameExtents() const { return m_frames; }
