@@ -208,7 +208,7 @@ TEST_F(CommandLineFaults, OfDisksAreNamedAndLeaveTheOldFiles) {
     m_folder.Write("b.mp3", Mp3Builder().Frames(1000).Bytes());
     const std::string cases[][3] = {
         {"write:error=EIO:when=3", "extract a.WAV 1 90 old-1.wav", "'a.WAV': cannot write"},
-        {"write:error=ENOSPC:when=3", "split a.WAV 5 old-%.wav", "output: No space left on device"},
+        {"write:error=ENOSPC:when=3", "extract a.WAV 1 90 old-1.wav", "No space left on device"},
         {"/^rename:error=EIO:when=1", "cut a.WAV 1 2 old-1.wav", "'old-1.wav': Input/output"},
         {"/^rename:error=EIO:when=2", "split a.WAV 50 old-%.wav", "'old-2.wav': Input/output"},
         {"/^faccessat:error=EROFS", "cut a.WAV 1 2 old-2.wav",
