@@ -6,20 +6,12 @@
 #include "adaptor/TemporaryFiles.h"
 #include "adaptor/WaveContext.h"
 #include "engine/Klipra.h"
+#include "platform/PageArray.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <thread>
-
-/// Gives pages back to the system.
-struct UnmapMemory {
-    void operator()(std::uint32_t* memory) const;
-
-    std::size_t bytes = 0;
-};
 
 /// The engine on a desktop: its hooks filled in with temporary files, the desktop's alerts and save
 /// panel, the wave image and the history tree. What concerns controls goes on to a delegate.
@@ -117,8 +109,6 @@ public:
     void UpdateHistoryItem(const std::string& path);
 
 private:
-    using WavePixels = std::unique_ptr<std::uint32_t[], UnmapMemory>;
-
     std::string ProposeOutputName(const std::string& folder);
     const char* GetExtension() const { return formatType == FormatType::MP3 ? "mp3" : "wav"; }
 
@@ -140,7 +130,7 @@ private:
     KlipraMacDelegate* const appDelegate;
     const std::string filePath; // the opened file
     LevelColors levelColors{};
-    WavePixels wavePixels; // what waveContext paints into
+    PageArray<std::uint32_t> wavePixels; // what waveContext paints into
 
     // Main thread alone.
     std::thread scanThread; // to be joined, also when the scan has ended

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <memory>
 #include <new>
-#include <sys/mman.h>
 #include <system_error>
 
 namespace {
@@ -39,10 +39,6 @@ bool KlipraMac::CreateWaveImage() {
     return true;
 }
 
-void UnmapMemory::operator()(std::uint32_t* memory) const {
-    munmap(memory, bytes);
-}
-
 bool KlipraMac::AllocateImage() {
     waveContext.reset();
     wavePixels.reset();
@@ -51,16 +47,12 @@ bool KlipraMac::AllocateImage() {
         waveSize.height > kWaveHeight) {
         return false;
     }
-    // Pages of the system's own: those that nobody writes to cost nothing, so that 20 zoom changes
-    // in a second need not clear 80 MB each, and all are gone with the image.
-    const std::size_t bytes = sizeof *wavePixels.get() * static_cast<std::size_t>(waveSize.width) *
-                              static_cast<std::size_t>(waveSize.height);
-    void* const memory =
-        mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (memory == MAP_FAILED) {
+    // 20 zoom changes in a second need not clear 80 MB each: most are never written to.
+    wavePixels = MakePageArray<std::uint32_t>(static_cast<std::size_t>(waveSize.width) *
+                                              static_cast<std::size_t>(waveSize.height));
+    if (wavePixels == nullptr) {
         return false;
     }
-    wavePixels = WavePixels(static_cast<std::uint32_t*>(memory), UnmapMemory{bytes});
     imageSize = waveSize;
     waveContext.emplace(wavePixels.get(), imageSize);
     levelColors = MakeLevelColors(imageSize.height);

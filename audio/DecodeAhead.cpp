@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -74,14 +75,16 @@ void DecodeAhead::AwaitBlock(std::int64_t block) {
 
 void DecodeAhead::Allocate() {
     // A thread may still be writing to a buffer for an earlier position while the window is full.
-    // The buffers' pages cost nothing until they are written to.
     const std::size_t buffers = static_cast<std::size_t>(m_windowBlocks) + m_threadLimit;
     const auto samples = static_cast<std::size_t>(m_mp3.BlockSampleFrames() * m_format.channels);
     m_free.reserve(buffers);
     m_ready.reserve(buffers);
     m_threads.reserve(m_threadLimit);
     while (m_free.size() < buffers) {
-        m_free.push_back(std::make_unique_for_overwrite<std::int16_t[]>(samples));
+        m_free.push_back(MakePageArray<std::int16_t>(samples));
+        if (m_free.back() == nullptr) {
+            throw std::bad_alloc();
+        }
     }
     while (m_decoders.size() < m_threadLimit) {
         m_decoders.push_back(std::make_unique<BlockDecoder>(m_mp3.file, m_mp3.index));

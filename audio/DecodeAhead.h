@@ -3,6 +3,7 @@
 #include "audio/BlockDecoder.h"
 #include "audio/Decoder.h"
 #include "audio/Mp3File.h"
+#include "platform/PageArray.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -31,7 +32,7 @@ public:
     std::vector<std::int64_t> SeekInfo() const override { return m_mp3.SeekInfo(); }
 
 private:
-    using Samples = std::unique_ptr<std::int16_t[]>;
+    using Samples = PageArray<std::int16_t>;
     struct DecodedBlock {
         std::int64_t block;
         Samples samples;

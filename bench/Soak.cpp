@@ -2,6 +2,7 @@
 #include "platform/Desktop.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -50,10 +51,18 @@ public:
     void EnablePlayStopButton(bool /*isPlaying*/) override {}
     void EnableSaveButton() override {}
     void EnableSceneChangeMoveButton() override {}
-    void setNeedRefresh(int /*count*/) override {}
+    void setNeedRefresh(int count) override {
+        m_needRefresh = count;
+        m_needRefresh.notify_all();
+    }
     void refreshHistoryOutlineView(int id) override { lastRefreshed = id; }
 
+    void AwaitScan() const { m_needRefresh.wait(KlipraMac::kRefreshWhileScanning); }
+
     int lastRefreshed = 0;
+
+private:
+    std::atomic<int> m_needRefresh{0};
 };
 
 /// Saves where it is told, and counts the alerts.
@@ -190,8 +199,10 @@ public:
 
     /// What the process holds with the opened file loaded and its waveform at zoom 1.
     Holdings HoldingsAtRest() {
+        m_klipra.PlayStop();
         m_klipra.SelectHistory(1);
         m_klipra.Zoom(1);
+        m_delegate.AwaitScan(); // whose decoders hold some megabytes
         return Holdings::Now();
     }
 
