@@ -4,22 +4,24 @@
 #include "platform/RegularFile.h"
 
 #include <filesystem>
-#include <sys/sendfile.h>
+#include <vector>
 
 namespace {
 
 /// @return whether every byte that the file has now has arrived
 bool CopyBytes(std::FILE* from, const std::string& to) {
-    constexpr std::size_t kPieceBytes = std::size_t{1} << 24;
+    constexpr std::size_t kPieceBytes = std::size_t{256} * 1024;
     FilePointer output = OpenForWriting(to.c_str());
     if (output == nullptr) {
         return false;
     }
-    ssize_t sent = 0;
+    std::vector<char> piece(kPieceBytes);
+    std::size_t count = 0;
     do {
-        sent = sendfile(fileno(output.get()), fileno(from), nullptr, kPieceBytes);
-    } while (sent > 0);
-    return std::fclose(output.release()) == 0 && sent == 0;
+        count = std::fread(piece.data(), 1, piece.size(), from);
+    } while (count > 0 && std::fwrite(piece.data(), 1, count, output.get()) == count);
+    const bool isComplete = count == 0 && std::ferror(from) == 0;
+    return std::fclose(output.release()) == 0 && isComplete;
 }
 
 } // namespace
