@@ -22,7 +22,7 @@ CXINGHeader* CXINGHeader::FindHeader(const CMPAFrame* frame) {
 CXINGHeader::CXINGHeader(const CMPAFrame* frame, long long offset)
     : CVBRHeader(frame->GetStream(), offset) {
     const unsigned int flags = ReadFlags();
-    offset += kIDSize + sizeof flags;
+    offset += kIDSize + static_cast<long long>(sizeof flags);
     if ((flags & kFrameCount) != 0) {
         m_frameCount = ReadValue(4, offset);
     }

@@ -151,7 +151,7 @@ TEST_F(Bass, WhatIsPlayedIsWhatIsDecodedAcrossStops) {
         ASSERT_EQ(OpenOutput("disk"), TRUE);
         const HSTREAM stream = Open(path);
         EndCounter end(stream);
-        for (const QWORD part : {8, 4}) {
+        for (const QWORD part : {8U, 4U}) {
             EXPECT_EQ(BASS_ChannelPlay(stream, FALSE), TRUE);
             AwaitPosition(stream, Length(stream) / part);
             EXPECT_EQ(BASS_ChannelStop(stream), TRUE);

@@ -54,7 +54,7 @@ TEST_P(CutFailures, SourcesThatAreNoFilesAndOutputsThatCannotBeCreated) {
 }
 
 TEST_P(CutFailures, ADiskThatIsFullAtAnyPoint) {
-    for (const rlim_t limit : {0, 1, 300000, 1190000}) {
+    for (const rlim_t limit : {0U, 1U, 300000U, 1190000U}) {
         const FileSizeLimit full(limit);
         ExpectRefused(m_source, m_output);
         EXPECT_NE(CutFailure().find("cannot write the output"), std::string::npos) << limit;

@@ -49,12 +49,12 @@ TEST(Positions, OfSceneChangesAreVisitedInEitherDirection) {
     OpenedFile file(kSong);
     KlipraMac& engine = file.adaptor;
     engine.sceneChangePositions = {32'002, 64'000, 96'002}; // it stands at whole sample frames
-    for (const unsigned long long next : {32'000, 64'000, 96'000}) {
+    for (const unsigned long long next : {32'000U, 64'000U, 96'000U}) {
         EXPECT_TRUE(engine.MovePositionNext());
         EXPECT_EQ(engine.GetCurrentPosition(), next);
     }
     EXPECT_FALSE(engine.MovePositionNext());
-    for (const unsigned long long back : {64'000, 32'000}) {
+    for (const unsigned long long back : {64'000U, 32'000U}) {
         EXPECT_TRUE(engine.MovePositionBack());
         EXPECT_EQ(engine.GetCurrentPosition(), back);
     }
