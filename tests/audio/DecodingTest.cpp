@@ -39,7 +39,8 @@ void ExpectDecodesTo(const Samples& whole, const std::string& path) {
         ASSERT_EQ(length * channels, std::ssize(whole));
         std::mt19937 random(1);
         for (int i = 0; i < 25; ++i) {
-            const std::int64_t position = i == 9 ? length : static_cast<std::int64_t>(random()) % length;
+            const std::int64_t position =
+                i == 9 ? length : static_cast<std::int64_t>(random()) % length;
             SCOPED_TRACE(position);
             decoder->Seek(position);
             const auto from = whole.begin() + position * channels;
@@ -136,7 +137,8 @@ TEST_F(Decoding, TagsOfEveryKindAreNoAudio) {
 TEST_F(Decoding, FileThatShrinksLaterIsSilentFromThere) {
     const std::string mp3 = Clip("joint-stereo-44100.mp3", 12);
     const std::string wav = WavBuilder{.samples = WavBuilder::Pattern(1'000'000)}.Bytes();
-    for (const auto& [bytes, threads] : {std::pair(mp3, 1U), std::pair(mp3, 2U), std::pair(wav, 1U)}) {
+    for (const auto& [bytes, threads] :
+         {std::pair(mp3, 1U), std::pair(mp3, 2U), std::pair(wav, 1U)}) {
         const Samples whole = Decode(bytes);
         const auto decoder = OpenDecoder(folder.Path("a").c_str(), threads);
         std::filesystem::resize_file(folder.Path("a"), bytes.size() / 2);
