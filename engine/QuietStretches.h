@@ -1,26 +1,43 @@
 #pragma once
 
+#include "engine/BlockReader.h"
+
 #include <vector>
 
-/// Finds the quiet stretches in a sequence of blocks: runs of consecutive quiet blocks.
-///
-/// A stretch that is long enough gives its middle, one of 100 blocks or more its beginning and its
-/// end, and one that lasts to the end of the sequence its beginning alone. A loud block ends a
-/// stretch whether it was long enough or not.
+/// A run of consecutive quiet blocks. Positions are bytes of the decoded stream.
+struct QuietStretch {
+    unsigned long long begin = 0;
+    unsigned long long end = 0; ///< where the block after it begins, or the stream ends
+    int blocks = 0;             ///< 1 or more
+    float loudest = 0.0F;       ///< its largest sample, 0 to 1
+    bool lastsToTheEnd = false; ///< of the stream
+
+    /// Appends the positions that it is found by: its middle; its beginning and its end when it has
+    /// 100 blocks or more, which is two seconds; its beginning alone when it lasts to the end.
+    void AppendPositions(std::vector<unsigned long long>& positions) const;
+};
+
+/// Finds the quiet stretches in a sequence of blocks. A loud block ends a stretch whether it was
+/// long enough or not.
 class QuietStretches {
 public:
-    /// @param required   blocks that a stretch has at least; 1 or more
-    /// @param positions  where the positions are appended, ascending
-    QuietStretches(int required, std::vector<unsigned long long>& positions)
-        : m_required(required), m_positions(positions) {}
+    /// @param level        0 to 1; a block is quiet when both its sides are below it
+    /// @param leastSeconds  what a stretch lasts at least, in whole blocks, at least one
+    QuietStretches(float level, float leastSeconds);
 
-    void AddQuietBlock(unsigned long long position); ///< where the block begins
-    void AddLoudBlock(unsigned long long position);  ///< where the block begins
-    void Finish(); ///< the sequence has ended: to be called once, after all blocks
+    void Add(const Block& block);
+    /// The stream has ended: to be called once, after all blocks.
+    /// @param length  of the stream, bytes
+    void Finish(unsigned long long length);
+
+    /// Those that are long enough, in order.
+    const std::vector<QuietStretch>& Found() const { return m_found; }
 
 private:
-    int m_required;
-    std::vector<unsigned long long>& m_positions;
-    unsigned long long m_start = 0; // of the stretch under way
-    int m_count = 0;                // of its blocks
+    void End(unsigned long long position);
+
+    const float m_level;
+    const int m_requiredBlocks;
+    std::vector<QuietStretch> m_found;
+    QuietStretch m_current; // the one under way; none while it has no blocks
 };
