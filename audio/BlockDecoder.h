@@ -20,16 +20,24 @@ public:
     /// Gets ready to decode the first frame of a block.
     void Begin(std::int64_t block);
 
-    /// Decodes the block's next frame; silence where the file no longer holds it.
+    /// Decodes the block's next frame; silence where the file no longer holds it. What could not be
+    /// read or decoded is reported to the file; the block is then silent to its end, so that what
+    /// comes after it stays in its place.
     /// @param samples  SamplesPerFrame() of them
     void DecodeFrame(std::int16_t* samples);
 
     std::size_t SamplesPerFrame() const { return m_decoder.SamplesPerFrame(); }
 
 private:
+    bool Step();
+    void Report(const ReadError& cause) const;
+
+    const std::shared_ptr<const File> m_file;
     std::shared_ptr<const FrameIndex> m_index;
     FileWindow m_window;
     FrameWalker m_walker;
     FrameDecoder m_decoder;
+    std::int64_t m_frame = 0;            // that is decoded next
+    bool m_isLost = false;               // the walk has lost count of the frames
     std::vector<std::int16_t> m_dropped; // a frame that only leads the decoder up to a block
 };

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "audio/ReadFailures.h"
+
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -37,4 +40,9 @@ public:
     /// What the decoder knows of the places in the file and the file's state; empty for a format
     /// that needs no such knowledge.
     virtual std::vector<std::int64_t> SeekInfo() const { return {}; }
+
+    /// The earliest place of the file that anybody in the process could not read or decode while it
+    /// was open; what was delivered there is silence. Whoever keeps what was delivered looks here
+    /// first. Any thread; does not wait.
+    virtual std::optional<ReadFailure> Failure() const { return {}; }
 };

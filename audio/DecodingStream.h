@@ -14,6 +14,7 @@ public:
     bool SetPosition(std::int64_t sampleFrame) override;
     bool IsActive() override;
     std::vector<std::int64_t> SeekInfo() const override { return m_decoder->SeekInfo(); }
+    std::optional<ReadFailure> Failure() const override { return m_decoder->Failure(); }
     bool MeasureLevels(double seconds, PeakLevels& levels) override;
 
 private:

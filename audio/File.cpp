@@ -18,16 +18,13 @@ std::shared_ptr<const File> File::Open(const char* path) {
     return file ? std::shared_ptr<const File>(new File(std::move(file))) : nullptr;
 }
 
-File::File(FilePointer file) : m_file(std::move(file)), m_state(CurrentState()) {
-}
-
-int File::Descriptor() const {
-    return fileno(m_file.get());
+File::File(FilePointer file)
+    : m_file(std::move(file)), m_state(CurrentState()), m_failures(ReadFailures::Of(m_state)) {
 }
 
 FileState File::CurrentState() const {
     struct stat status {};
-    if (fstat(Descriptor(), &status) != 0) {
+    if (fstat(fileno(m_file.get()), &status) != 0) {
         return {};
     }
 #ifdef __APPLE__
@@ -39,18 +36,20 @@ FileState File::CurrentState() const {
             status.st_size, Nanoseconds(modified), Nanoseconds(changed)};
 }
 
-std::size_t File::ReadAt(std::int64_t offset, void* to, std::size_t bytes) const {
-    std::size_t done = 0;
-    while (done < bytes) {
-        const ssize_t count = pread(Descriptor(), static_cast<char*>(to) + done, bytes - done,
-                                    offset + static_cast<std::int64_t>(done));
+File::ReadResult File::ReadAt(std::int64_t offset, void* to, std::size_t bytes) const {
+    ReadResult result;
+    while (result.bytes < bytes) {
+        const ssize_t count =
+            pread(fileno(m_file.get()), static_cast<char*>(to) + result.bytes, bytes - result.bytes,
+                  offset + static_cast<std::int64_t>(result.bytes));
         if (count < 0 && errno == EINTR) {
             continue;
         }
         if (count <= 0) {
+            result.error = count < 0 ? errno : 0;
             break;
         }
-        done += static_cast<std::size_t>(count);
+        result.bytes += static_cast<std::size_t>(count);
     }
-    return done;
+    return result;
 }

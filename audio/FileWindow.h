@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 /// A file seen through a large buffer, for a reader that moves mostly forwards in small steps.
 ///
@@ -28,6 +29,12 @@ public:
 
     const File& Source() const { return *m_file; }
 
+    /// The last bytes asked for that the file should hold and that could not be read since the
+    /// last call of ForgetError; those who ask again are refused without another try.
+    const std::optional<ReadError>& Error() const { return m_error; }
+    /// What could not be read may be tried again.
+    void ForgetError();
+
 private:
     const std::uint8_t* Refill(std::int64_t offset, std::size_t count);
 
@@ -35,4 +42,7 @@ private:
     std::unique_ptr<std::uint8_t[]> m_buffer;
     std::int64_t m_begin = 0; // offset in the file of the buffer's first byte
     std::int64_t m_end = 0;   // and of the byte after its last
+
+    std::optional<ReadError> m_error;
+    std::int64_t m_unreadableEnd = 0; // of the page that could not be read
 };

@@ -63,12 +63,16 @@ void FrameDecoder::Clear() {
     mpg123_open_feed(m_handle.get());
 }
 
-void FrameDecoder::Decode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples) {
-    if (frame == nullptr || !TryDecode(frame, bytes, samples)) {
-        std::fill_n(samples, m_samplesPerFrame, std::int16_t{0});
-        // What libmpg123 may have kept of this frame must not be taken for a part of the next one.
-        Clear();
+bool FrameDecoder::Decode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples) {
+    if (frame != nullptr && TryDecode(frame, bytes, samples)) {
+        return true;
     }
+    const bool isShortOfMemory =
+        frame != nullptr && mpg123_errcode(m_handle.get()) == MPG123_OUT_OF_MEM;
+    std::fill_n(samples, m_samplesPerFrame, std::int16_t{0});
+    // What libmpg123 may have kept of this frame must not be taken for a part of the next one.
+    Clear();
+    return !isShortOfMemory;
 }
 
 void FrameDecoder::FillReservoir(const std::uint8_t* frame, const FrameHeader& header) {

@@ -26,7 +26,8 @@ public:
     /// @param frame    null for a frame that could not be read
     /// @param samples  sampleFrames x channels of the stream's first header; silence when the frame
     ///                 cannot be decoded
-    void Decode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples);
+    /// @return false when that is for want of memory
+    bool Decode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples);
 
     /// Leads the decoder through a frame before those that are to be decoded: its part of the bit
     /// reservoir is kept, its sound is not. Other than by decoding it, nothing fails here for want

@@ -48,16 +48,28 @@ private:
 
 FrameIndex FrameIndex::Build(FileWindow& window, const MpegStream& stream) {
     FrameIndex index(stream);
+    const auto errorInTags = window.Error();
+    window.ForgetError();
     RecentFrames recent;
     FrameWalker walker(window, stream);
     while (walker.Next()) {
+        index.NoteError(window.Error(), index.m_frameCount);
         if (index.m_frameCount % kBlockFrames == 0) {
             index.m_blocks.push_back(recent.Preroll(stream.first, walker.OffsetBytes()));
         }
         recent.Add(walker.OffsetBytes(), walker.Header().MainDataBytes());
         ++index.m_frameCount;
     }
+    index.NoteError(window.Error(), index.m_frameCount);
+    const bool isInFront = errorInTags && errorInTags->offsetBytes < stream.beginBytes;
+    index.NoteError(errorInTags, isInFront ? 0 : index.m_frameCount);
     return index;
+}
+
+void FrameIndex::NoteError(const std::optional<ReadError>& error, std::int64_t frame) {
+    if (error && !m_failure) {
+        m_failure = ReadFailure{frame * m_stream.first.sampleFrames, *error};
+    }
 }
 
 std::int64_t FrameIndex::FramesOfBlock(std::int64_t block) const {

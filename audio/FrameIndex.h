@@ -1,8 +1,10 @@
 #pragma once
 
 #include "audio/MpegStream.h"
+#include "audio/ReadFailures.h"
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 /// Where to begin decoding for any place of an MPEG stream.
@@ -29,7 +31,8 @@ public:
                            ///< kOverlapFrames for their sound, the others for the reservoir
     };
 
-    /// Reads the stream's frame headers once from beginning to end.
+    /// Reads the stream's frame headers once from beginning to end, stepping over what cannot be
+    /// read.
     static FrameIndex Build(FileWindow& window, const MpegStream& stream);
 
     const MpegStream& Stream() const { return m_stream; }
@@ -38,10 +41,15 @@ public:
     /// How many frames a block holds; the last one may hold fewer.
     std::int64_t FramesOfBlock(std::int64_t block) const;
 
+    /// Where frames are missing because they could not be read.
+    const std::optional<ReadFailure>& Failure() const { return m_failure; }
+
 private:
     explicit FrameIndex(const MpegStream& stream) : m_stream(stream) {}
+    void NoteError(const std::optional<ReadError>& error, std::int64_t frame);
 
     MpegStream m_stream;
     std::int64_t m_frameCount = 0;
     std::vector<Block> m_blocks;
+    std::optional<ReadFailure> m_failure;
 };

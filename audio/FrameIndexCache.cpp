@@ -15,9 +15,16 @@ FrameIndexCache::IndexOf(const std::shared_ptr<const File>& file) {
     FileWindow window(file);
     const auto stream = FindMpegStream(window);
     if (!stream) {
+        if (window.Error()) {
+            file->Failures().Report({0, *window.Error()});
+        }
         return nullptr;
     }
     auto index = std::make_shared<const FrameIndex>(FrameIndex::Build(window, *stream));
+    if (index->Failure()) {
+        file->Failures().Report(*index->Failure());
+        return index; // the next one may be able to read it
+    }
     // A file that was written to meanwhile may hold something else by now.
     if (file->CurrentState() == file->State()) {
         Keep(file->State(), index);

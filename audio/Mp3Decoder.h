@@ -15,6 +15,7 @@ public:
     void Seek(std::int64_t sampleFrame) override { m_position = sampleFrame; }
     std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) override;
     std::vector<std::int64_t> SeekInfo() const override { return m_mp3.SeekInfo(); }
+    std::optional<ReadFailure> Failure() const override { return m_mp3.file->Failures().First(); }
 
 private:
     void DecodeUpTo(std::int64_t frame);

@@ -13,17 +13,17 @@ namespace {
 
 bool IsRiff(const File& file) {
     char identifier[4] = {};
-    return file.ReadAt(0, identifier, sizeof identifier) == sizeof identifier &&
+    const auto read = file.ReadAt(0, identifier, sizeof identifier);
+    if (read.error != 0) {
+        file.Failures().Report({0, {static_cast<std::int64_t>(read.bytes), read.error}});
+    }
+    return read.bytes == sizeof identifier &&
            std::memcmp(identifier, "RIFF", sizeof identifier) == 0;
 }
 
 } // namespace
 
-std::unique_ptr<Decoder> OpenDecoder(const char* path, unsigned threads) {
-    const auto file = File::Open(path);
-    if (!file) {
-        return nullptr;
-    }
+std::unique_ptr<Decoder> OpenDecoder(const std::shared_ptr<const File>& file, unsigned threads) {
     if (IsRiff(*file)) {
         if (auto wav = WavDecoder::Open(file)) {
             return wav;

@@ -1,14 +1,15 @@
 #pragma once
 
 #include "audio/Decoder.h"
+#include "audio/File.h"
 
 #include <memory>
 
 /// Opens an audio file by its content: a RIFF file with libsndfile if that can read it, anything
 /// else as MPEG audio.
 /// @param threads  how many threads decode MPEG audio ahead; 1: the reader's own does
-/// @return null when the file cannot be opened or holds no audio
-std::unique_ptr<Decoder> OpenDecoder(const char* path, unsigned threads);
+/// @return null when the file holds no audio, or could not be read: its Failures tell that
+std::unique_ptr<Decoder> OpenDecoder(const std::shared_ptr<const File>& file, unsigned threads);
 
 /// One per processor, at most 16, unless KLIPRA_DECODE_THREADS says how many.
 unsigned DecodeThreads();

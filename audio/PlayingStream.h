@@ -23,6 +23,7 @@ public:
     bool SetPosition(std::int64_t sampleFrame) override;
     bool IsActive() override;
     std::vector<std::int64_t> SeekInfo() const override { return m_decoder->SeekInfo(); }
+    std::optional<ReadFailure> Failure() const override { return m_decoder->Failure(); }
     bool Play(bool restart) override;
     bool Stop() override;
     bool AddEndCallback(const std::function<void()>& callback) override;

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 /// An opened file, as the library's calls see it: either one to play or one to decode and measure.
@@ -27,6 +28,8 @@ public:
     virtual bool IsActive() = 0;
     /// See Decoder::SeekInfo.
     virtual std::vector<std::int64_t> SeekInfo() const = 0;
+    /// See Decoder::Failure; waits for nothing.
+    virtual std::optional<ReadFailure> Failure() const = 0;
 
     /// Measures and consumes the next stretch. With T the sum of the lengths asked for since the
     /// stream was opened or positioned, it ends floor(T x rate + 0.5) sample frames after that

@@ -33,9 +33,42 @@ void WavDecoder::Deleter::operator()(SNDFILE* handle) const {
     sf_close(handle);
 }
 
+SF_VIRTUAL_IO WavDecoder::Callbacks() {
+    SF_VIRTUAL_IO callbacks{};
+    callbacks.get_filelen = [](void* user) -> sf_count_t {
+        return static_cast<Input*>(user)->file->State().sizeBytes;
+    };
+    callbacks.seek = [](sf_count_t offset, int whence, void* user) -> sf_count_t {
+        auto& input = *static_cast<Input*>(user);
+        const std::int64_t origin = whence == SEEK_SET   ? 0
+                                    : whence == SEEK_CUR ? input.offset
+                                                         : input.file->State().sizeBytes;
+        return offset < -origin ? -1 : input.offset = origin + offset;
+    };
+    callbacks.read = [](void* to, sf_count_t count, void* user) -> sf_count_t {
+        auto& input = *static_cast<Input*>(user);
+        const std::int64_t left = input.file->State().sizeBytes - input.offset;
+        const std::int64_t wanted = std::clamp(left, std::int64_t{0}, count);
+        const auto read = input.file->ReadAt(input.offset, to, static_cast<std::size_t>(wanted));
+        const auto bytes = static_cast<std::int64_t>(read.bytes);
+        input.offset += bytes;
+        if (bytes < wanted) {
+            input.error = ReadError{input.offset, read.error};
+        }
+        return bytes;
+    };
+    callbacks.tell = [](void* user) -> sf_count_t { return static_cast<Input*>(user)->offset; };
+    return callbacks;
+}
+
 std::unique_ptr<WavDecoder> WavDecoder::Open(std::shared_ptr<const File> file) {
     SF_INFO info{};
-    Handle handle(sf_open_fd(file->Descriptor(), SFM_READ, &info, SF_FALSE));
+    SF_VIRTUAL_IO callbacks = Callbacks();
+    auto input = std::make_unique<Input>(Input{std::move(file), 0, {}});
+    Handle handle(sf_open_virtual(&callbacks, SFM_READ, &info, input.get()));
+    if (!handle && input->error) {
+        input->file->Failures().Report({0, *input->error});
+    }
     if (!handle || !IsWav(info.format) || info.channels < 1 || info.samplerate < 1 ||
         info.samplerate > kMaxRateHz || info.frames < 0) {
         return nullptr;
@@ -43,12 +76,12 @@ std::unique_ptr<WavDecoder> WavDecoder::Open(std::shared_ptr<const File> file) {
     const AudioFormat format{static_cast<std::uint32_t>(info.samplerate),
                              static_cast<std::uint32_t>(info.channels), info.frames};
     return std::unique_ptr<WavDecoder>(
-        new WavDecoder(std::move(file), std::move(handle), format, IsFloat(info.format)));
+        new WavDecoder(std::move(input), std::move(handle), format, IsFloat(info.format)));
 }
 
-WavDecoder::WavDecoder(std::shared_ptr<const File> file, Handle handle, const AudioFormat& format,
+WavDecoder::WavDecoder(std::unique_ptr<Input> input, Handle handle, const AudioFormat& format,
                        bool isFloat)
-    : m_file(std::move(file)), m_handle(std::move(handle)), m_format(format),
+    : m_input(std::move(input)), m_handle(std::move(handle)), m_format(format),
       m_samples(static_cast<std::size_t>(kBufferSampleFrames * format.channels)),
       m_floats(isFloat ? m_samples.size() : 0) {
 }
@@ -61,11 +94,19 @@ void WavDecoder::Seek(std::int64_t sampleFrame) {
 std::span<const std::int16_t> WavDecoder::Read(std::int64_t maxSampleFrames) {
     const std::int64_t count =
         std::min({maxSampleFrames, kBufferSampleFrames, m_format.sampleFrames - m_position});
+    m_input->error.reset();
     const std::int64_t read = std::clamp(ReadInto(count), std::int64_t{0}, count);
-    // What the file no longer holds is silent; the length stays what it was.
+    if (m_input->error) {
+        m_input->file->Failures().Report({m_position + read, *m_input->error});
+    }
+    // What the file no longer holds is silent; the length stays what it was, and what comes behind
+    // stays in its place.
     std::fill(m_samples.begin() + read * m_format.channels,
               m_samples.begin() + count * m_format.channels, std::int16_t{0});
     m_position += count;
+    if (read < count) {
+        sf_seek(m_handle.get(), m_position, SEEK_SET);
+    }
     return std::span(m_samples).first(static_cast<std::size_t>(count * m_format.channels));
 }
 

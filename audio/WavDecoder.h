@@ -6,6 +6,7 @@
 #include <sndfile.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 /// Decodes WAV files with libsndfile. Integers keep their upper 16 bits; floating point is scaled
@@ -18,6 +19,9 @@ public:
     const AudioFormat& Format() const override { return m_format; }
     void Seek(std::int64_t sampleFrame) override;
     std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) override;
+    std::optional<ReadFailure> Failure() const override {
+        return m_input->file->Failures().First();
+    }
 
 private:
     struct Deleter {
@@ -25,11 +29,19 @@ private:
     };
     using Handle = std::unique_ptr<SNDFILE, Deleter>;
 
-    WavDecoder(std::shared_ptr<const File> file, Handle handle, const AudioFormat& format,
+    /// What libsndfile reads, by way of its callbacks.
+    struct Input {
+        std::shared_ptr<const File> file;
+        std::int64_t offset = 0;
+        std::optional<ReadError> error; // the last one
+    };
+    static SF_VIRTUAL_IO Callbacks();
+
+    WavDecoder(std::unique_ptr<Input> input, Handle handle, const AudioFormat& format,
                bool isFloat);
     std::int64_t ReadInto(std::int64_t sampleFrames);
 
-    std::shared_ptr<const File> m_file; // which the handle reads
+    std::unique_ptr<Input> m_input; // of the handle
     Handle m_handle;
     AudioFormat m_format;
     std::int64_t m_position = 0; // in sample frames

@@ -7,11 +7,14 @@
 #include "audio/PlayingStream.h"
 
 #include <atomic>
+#include <cerrno>
 #include <cmath>
 #include <cstring>
 #include <exception>
 #include <limits>
 #include <memory>
+#include <optional>
+#include <system_error>
 #include <utility>
 
 namespace {
@@ -65,6 +68,34 @@ QWORD SecondsToBytes(const Stream& stream, double seconds) {
     return Bytes(stream, static_cast<std::int64_t>(sampleFrames));
 }
 
+BASS_READFAILURE ToFailure(QWORD position, const ReadError& cause) {
+    return {position, static_cast<QWORD>(cause.offsetBytes), static_cast<DWORD>(cause.number)};
+}
+
+/// Why the thread's last stream could not be opened, if not for what its file holds.
+thread_local std::optional<ReadError> openFailure;
+
+/// @return 0 when the file cannot be opened, which openFailure then tells, or holds no audio
+HSTREAM OpenStream(const char* path, bool decode) {
+    const auto file = File::Open(path);
+    if (!file) {
+        openFailure = ReadError{0, errno};
+        return 0;
+    }
+    auto decoder = OpenDecoder(file, decode ? DecodeThreads() : 1);
+    if (!decoder) {
+        if (const auto failure = file->Failures().First()) {
+            openFailure = failure->cause;
+        }
+        return 0;
+    }
+    Library& library = TheLibrary();
+    if (decode) {
+        return library.streams.Add(std::make_shared<DecodingStream>(std::move(decoder)));
+    }
+    return library.streams.Add(std::make_shared<PlayingStream>(std::move(decoder), library.output));
+}
+
 } // namespace
 
 DWORD BASS_GetVersion() {
@@ -99,22 +130,27 @@ BOOL BASS_Free() {
 }
 
 HSTREAM BASS_StreamCreateFile(BOOL mem, const void* file, QWORD offset, QWORD length, DWORD flags) {
+    openFailure.reset();
     const bool decode = flags == BASS_STREAM_DECODE;
     if (mem != FALSE || file == nullptr || offset != 0 || length != 0 || !(decode || flags == 0)) {
         return 0;
     }
-    return Guarded(HSTREAM{0}, [&] {
-        Library& library = TheLibrary();
-        auto decoder = OpenDecoder(static_cast<const char*>(file), decode ? DecodeThreads() : 1);
-        if (!decoder) {
-            return HSTREAM{0};
-        }
-        if (decode) {
-            return library.streams.Add(std::make_shared<DecodingStream>(std::move(decoder)));
-        }
-        return library.streams.Add(
-            std::make_shared<PlayingStream>(std::move(decoder), library.output));
-    });
+    try {
+        return OpenStream(static_cast<const char*>(file), decode);
+    } catch (const std::system_error& error) {
+        openFailure = ReadError{0, error.code().value()};
+    } catch (const std::exception&) {
+        openFailure = ReadError{0, ENOMEM};
+    }
+    return 0;
+}
+
+BOOL BASS_GetOpenFailure(BASS_READFAILURE* failure) {
+    if (failure == nullptr || !openFailure) {
+        return FALSE;
+    }
+    *failure = ToFailure(0, *openFailure);
+    return TRUE;
 }
 
 HMUSIC BASS_MusicLoad(BOOL /*mem*/, const void* /*file*/, QWORD /*offset*/, DWORD /*length*/,
@@ -208,6 +244,17 @@ BOOL BASS_ChannelGetLevelEx(DWORD handle, float* levels, float length, DWORD fla
         }
         levels[0] = peaks.left;
         levels[1] = peaks.right;
+        return true;
+    });
+}
+
+BOOL BASS_ChannelGetReadFailure(DWORD handle, BASS_READFAILURE* failure) {
+    return OnStream(handle, FALSE, [&](Stream& stream) {
+        const auto first = stream.Failure();
+        if (!first || failure == nullptr) {
+            return false;
+        }
+        *failure = ToFailure(Bytes(stream, first->sampleFrame), first->cause);
         return true;
     });
 }

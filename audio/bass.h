@@ -49,6 +49,13 @@ inline constexpr DWORD BASS_ATTRIB_SCANINFO = 10; ///< seek information, an opaq
 inline constexpr DWORD BASS_ACTIVE_STOPPED = 0; ///< not playing, or decoded to the end
 inline constexpr DWORD BASS_ACTIVE_PLAYING = 1; ///< playing, or not yet decoded to the end
 
+/// A part of a file that could not be had.
+struct BASS_READFAILURE {
+    QWORD position;   ///< from here on sound is missing, in bytes of decoded data
+    QWORD fileOffset; ///< of the first byte of the file that could not be read
+    DWORD error;      ///< the system's error number (errno); 0: the file has become shorter
+};
+
 /// Called on a thread of the library, the one that feeds the stream: it should return soon.
 /// @param handle   the sync
 /// @param channel  the stream that it was registered on
@@ -89,15 +96,22 @@ BASS_API BOOL BASS_Free();
 /// layer or sampling rate than the first one's, and anything between frames, are skipped; the
 /// stream ends where 32 KiB hold no frame. Frames with another channel count than the first one's
 /// are converted to it. A frame that cannot be decoded is silent, and so is what an opened file no
-/// longer holds.
+/// longer holds; BASS_ChannelGetReadFailure tells of the latter.
 ///
 /// @param mem     FALSE: streams are opened from files only
 /// @param file    path, as the file system takes it
 /// @param offset  0, and so is length: the whole file
 /// @param flags   0 for a stream to play, BASS_STREAM_DECODE for one to read and measure
-/// @return 0 when the file cannot be read, is not a regular file or holds no audio
+/// @return 0 when the file cannot be read, is not a regular file or holds no audio; see
+///         BASS_GetOpenFailure
 BASS_API HSTREAM BASS_StreamCreateFile(BOOL mem, const void* file, QWORD offset, QWORD length,
                                        DWORD flags);
+
+/// Why the calling thread's last BASS_StreamCreateFile answered 0, where that is not for what the
+/// file holds: it cannot be opened or read, or the system has no more memory, files or threads.
+/// @param failure  the reason; its position is 0
+/// @return FALSE, and failure is untouched, when that call succeeded or the file holds no audio
+BASS_API BOOL BASS_GetOpenFailure(BASS_READFAILURE* failure);
 
 /// Opens a music module. No module format is supported: always 0, whatever the parameters.
 BASS_API HMUSIC BASS_MusicLoad(BOOL mem, const void* file, QWORD offset, DWORD length, DWORD flags,
@@ -173,6 +187,16 @@ BASS_API QWORD BASS_ChannelSeconds2Bytes(DWORD handle, double pos);
 /// @param flags   BASS_LEVEL_STEREO
 /// @return FALSE when nothing was left to measure, and for a stream to play
 BASS_API BOOL BASS_ChannelGetLevelEx(DWORD handle, float* levels, float length, DWORD flags);
+
+/// Whether sound was missing that should have been decoded: bytes that could not be read, a file
+/// that has become shorter since it was opened, no memory to decode. Silence, or fewer frames, then
+/// stand in for it. A file that promises more than it holds when it is opened is none of this.
+///
+/// Every stream of a file tells of what any stream of the same file met while it was open itself,
+/// so that the one to play can be asked about a scan. It waits for nothing.
+/// @param failure  of several places the earliest
+/// @return FALSE, and failure is untouched, when nothing was missing, and for an unknown handle
+BASS_API BOOL BASS_ChannelGetReadFailure(DWORD handle, BASS_READFAILURE* failure);
 
 /// Size of an attribute's value, or a copy of it.
 /// @param attrib  BASS_ATTRIB_SCANINFO: the index of an MPEG file's frames; a WAV has none

@@ -32,7 +32,7 @@ Samples ReferenceDecode(const std::string& mp3) {
 void ExpectDecodesTo(const Samples& whole, const std::string& path) {
     for (const unsigned threads : {1U, 2U, 5U}) {
         SCOPED_TRACE(threads);
-        const auto decoder = OpenDecoder(path.c_str(), threads);
+        const auto decoder = OpenDecoder(path, threads);
         EXPECT_EQ(ReadOn(*decoder), whole);
         const std::int64_t channels = decoder->Format().channels;
         const std::int64_t length = decoder->Format().sampleFrames;
@@ -140,7 +140,7 @@ TEST_F(Decoding, FileThatShrinksLaterIsSilentFromThere) {
     for (const auto& [bytes, threads] :
          {std::pair(mp3, 1U), std::pair(mp3, 2U), std::pair(wav, 1U)}) {
         const Samples whole = Decode(bytes);
-        const auto decoder = OpenDecoder(folder.Path("a").c_str(), threads);
+        const auto decoder = OpenDecoder(folder.Path("a"), threads);
         std::filesystem::resize_file(folder.Path("a"), bytes.size() / 2);
         const Samples samples = ReadOn(*decoder);
         ASSERT_EQ(samples.size(), whole.size());

@@ -37,8 +37,14 @@ inline Samples ReadOn(Decoder& decoder, std::int64_t sampleFrames = INT64_MAX) {
     return all;
 }
 
+/// Opens a file with the library's own reading.
+inline std::unique_ptr<Decoder> OpenDecoder(const std::string& path, unsigned threads) {
+    const auto file = File::Open(path.c_str());
+    return file ? OpenDecoder(file, threads) : nullptr;
+}
+
 /// What a file decodes to; empty when it cannot be opened.
 inline Samples DecodeFile(const std::string& path) {
-    const auto decoder = OpenDecoder(path.c_str(), 1);
+    const auto decoder = OpenDecoder(path, 1);
     return decoder ? ReadOn(*decoder) : Samples();
 }
