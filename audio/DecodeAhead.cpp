@@ -1,5 +1,7 @@
 #include "audio/DecodeAhead.h"
 
+#include "audio/Mp3Decoder.h"
+
 #include <algorithm>
 #include <functional>
 #include <new>
@@ -22,6 +24,10 @@ DecodeAhead::~DecodeAhead() {
     for (std::thread& thread : m_threads) {
         thread.join();
     }
+}
+
+std::unique_ptr<Decoder> DecodeAhead::ForRandomAccess() const {
+    return std::make_unique<Mp3Decoder>(m_mp3);
 }
 
 void DecodeAhead::Seek(std::int64_t sampleFrame) {

@@ -29,6 +29,7 @@ public:
     const AudioFormat& Format() const override { return m_format; }
     void Seek(std::int64_t sampleFrame) override;
     std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) override;
+    std::unique_ptr<Decoder> ForRandomAccess() const override;
     std::vector<std::int64_t> SeekInfo() const override { return m_mp3.SeekInfo(); }
     std::optional<ReadFailure> Failure() const override { return m_mp3.file->Failures().First(); }
 

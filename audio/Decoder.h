@@ -3,6 +3,7 @@
 #include "audio/ReadFailures.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
@@ -36,6 +37,13 @@ public:
     /// @param maxSampleFrames  at least 1; there may be fewer, without this being the end
     /// @return whole sample frames; empty only at the end
     virtual std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) = 0;
+
+    /// Another decoder of the same file, for one more thread that reads short stretches here and
+    /// there: it decodes on the thread that reads, from as near before a place as gives exactly the
+    /// samples that this one gives, and has no threads of its own. Independent of this one, whose
+    /// reading goes on where it is. Any thread.
+    /// @throws std::bad_alloc
+    virtual std::unique_ptr<Decoder> ForRandomAccess() const = 0;
 
     /// What the decoder knows of the places in the file and the file's state; empty for a format
     /// that needs no such knowledge.

@@ -4,6 +4,7 @@
 #include "audio/Decoder.h"
 #include "audio/Mp3File.h"
 
+#include <memory>
 #include <vector>
 
 /// Decodes MPEG audio on the caller's thread, one frame at a time.
@@ -14,6 +15,9 @@ public:
     const AudioFormat& Format() const override { return m_format; }
     void Seek(std::int64_t sampleFrame) override { m_position = sampleFrame; }
     std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) override;
+    std::unique_ptr<Decoder> ForRandomAccess() const override {
+        return std::make_unique<Mp3Decoder>(m_mp3);
+    }
     std::vector<std::int64_t> SeekInfo() const override { return m_mp3.SeekInfo(); }
     std::optional<ReadFailure> Failure() const override { return m_mp3.file->Failures().First(); }
 

@@ -86,6 +86,12 @@ WavDecoder::WavDecoder(std::unique_ptr<Input> input, Handle handle, const AudioF
       m_floats(isFloat ? m_samples.size() : 0) {
 }
 
+std::unique_ptr<Decoder> WavDecoder::ForRandomAccess() const {
+    auto another = Open(m_input->file);
+    // The header was read before; it may be unreadable by now.
+    return another ? std::move(another) : throw std::bad_alloc();
+}
+
 void WavDecoder::Seek(std::int64_t sampleFrame) {
     m_position = sampleFrame;
     sf_seek(m_handle.get(), sampleFrame, SEEK_SET);
