@@ -13,7 +13,8 @@ Json DescribeWAV(const std::string& path, std::string& error) {
         return nullptr;
     }
     WAVLayout layout;
-    if (!ReadWAVLayout(file.get(), layout, error)) {
+    error = DescribeFailure(ReadWAVLayout(file.get(), layout));
+    if (!error.empty()) {
         return nullptr;
     }
     Json chunks = Json::array();

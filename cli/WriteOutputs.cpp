@@ -3,7 +3,8 @@
 #include "cli/InterruptGuard.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
-#include "cutting/OutputFile.h"
+#include "cutting/CutFailure.h"
+#include "platform/Desktop.h"
 #include "platform/FileReplacement.h"
 
 #include <algorithm>
@@ -59,9 +60,40 @@ std::string DescribeOutput(const std::string& output, const std::string& written
     return "Writing " + output + ": " + std::to_string(error ? 0 : bytes / 1000000) + " MB";
 }
 
+/// Whatever the cutters show stands in CutFailure too, in words and with the file at fault.
+class SilentDesktop : public Desktop {
+public:
+    SilentDesktop() : m_before(InstallDesktop(this)) {}
+    SilentDesktop(const SilentDesktop&) = delete;
+    SilentDesktop& operator=(const SilentDesktop&) = delete;
+    ~SilentDesktop() override { InstallDesktop(m_before); }
+
+    int ShowAlert(const std::string& /*headline*/, const std::string& /*text*/,
+                  const std::vector<std::string>& /*buttons*/) override {
+        return -1;
+    }
+    std::string AskOutputPath(const std::string& /*folder*/, const std::string& /*name*/,
+                              const std::string& /*extension*/) override {
+        return "";
+    }
+
+private:
+    Desktop* m_before;
+};
+
+void ReportCutFailure(const std::string& source, const std::vector<std::string>& outputs,
+                      const std::vector<std::string>& paths) {
+    const CutProblem& problem = CutFailure();
+    const auto path = std::ranges::find(paths, problem.path);
+    const std::string& file =
+        path == paths.end() ? source : outputs[static_cast<std::size_t>(path - paths.begin())];
+    ReportError(file, DescribeFailure(problem));
+}
+
 bool WriteAll(const std::vector<std::string>& outputs, const std::vector<std::string>& paths,
               const OutputWriter& write) {
     std::atomic<std::size_t> current = 0; // main -> progress: the one being written
+    const SilentDesktop silence;
     const Progress progress([&] { return DescribeOutput(outputs[current], paths[current]); });
     for (std::size_t i = 0; i < outputs.size(); ++i) {
         current = i;
@@ -159,9 +191,7 @@ bool WriteOutputs(const std::string& source, const std::vector<std::string>& nam
     const std::vector<std::string> paths = Paths(replacements);
     const InterruptGuard guard(paths);
     if (!WriteAll(outputs, paths, write)) {
-        if (!CutFailure().empty()) {
-            ReportError(source, CutFailure());
-        }
+        ReportCutFailure(source, outputs, paths);
         return false;
     }
     InterruptGuard::HoldOff();

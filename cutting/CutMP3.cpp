@@ -1,6 +1,9 @@
 #include "cutting/CutMP3.h"
 
+#include "cutting/CutError.h"
+#include "cutting/CutWork.h"
 #include "cutting/OutputFile.h"
+#include "cutting/SourceWatch.h"
 #include "cutting/VBRFields.h"
 #include "mpeg/MPAEndOfFileException.h"
 #include "mpeg/MPAFile.h"
@@ -9,6 +12,7 @@
 #include "mpeg/VBRHeader.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -54,6 +58,7 @@ public:
         if (*m_current) {
             m_file.FindFrame(CMPAFile::Next, Current(), 0, *m_next);
             std::swap(m_current, m_next);
+            AddWork(*m_current ? (*m_current)->GetSize() : 0);
         }
         return m_current->has_value();
     }
@@ -95,22 +100,27 @@ long long FrameNumber(float seconds, const CMPAHeader& header, float (*round)(fl
     return std::isnan(frames) ? 0 : static_cast<long long>(std::clamp(frames, -kMost, kMost));
 }
 
-bool WriteBytes(const void* bytes, std::size_t size) {
-    return std::fwrite(bytes, 1, size, oh) == size;
+void WriteBytes(const void* bytes, std::size_t size) {
+    if (std::fwrite(bytes, 1, size, oh) != size) {
+        throw CutError{CutReason::OutputNotWritable, errno};
+    }
+}
+
+void SeekOutput(long long offset, int whence) {
+    if (fseeko(oh, offset, whence) != 0) {
+        throw CutError{CutReason::OutputNotWritable, errno};
+    }
 }
 
 // In pieces: a tag with pictures may be larger than anything else that a cut holds in memory.
-bool CopyTag(const CMPAStream& stream, const CTag& tag) {
+void CopyTag(const CMPAStream& stream, const CTag& tag) {
     constexpr unsigned int kPieceBytes = 64 * 1024;
     long long offset = tag.GetOffset();
     for (unsigned int left = tag.GetSize(); left > 0;) {
         const unsigned int size = std::min(left, kPieceBytes);
-        if (!WriteBytes(stream.ReadBytes(size, offset, true, false), size)) {
-            return false;
-        }
+        WriteBytes(stream.ReadBytes(size, offset, true, false), size);
         left -= size;
     }
-    return true;
 }
 
 std::vector<const CTag*> TagsWhere(const CMPAFile& file, bool appended) {
@@ -124,25 +134,25 @@ std::vector<const CTag*> TagsWhere(const CMPAFile& file, bool appended) {
     return tags;
 }
 
-bool CopyLeadingTags(const CMPAFile& file) {
-    const std::vector<const CTag*> tags = TagsWhere(file, false);
-    return std::all_of(tags.begin(), tags.end(),
-                       [&](const CTag* tag) { return CopyTag(*file.GetStream(), *tag); });
+void CopyLeadingTags(const CMPAFile& file) {
+    for (const CTag* tag : TagsWhere(file, false)) {
+        CopyTag(*file.GetStream(), *tag);
+    }
 }
 
 // The collection lists them from the end of the file backwards.
-bool CopyTrailingTags(const CMPAFile& file) {
+void CopyTrailingTags(const CMPAFile& file) {
+    SeekOutput(0, SEEK_END);
     const std::vector<const CTag*> tags = TagsWhere(file, true);
-    return std::fseek(oh, 0, SEEK_END) == 0 &&
-           std::all_of(tags.rbegin(), tags.rend(),
-                       [&](const CTag* tag) { return CopyTag(*file.GetStream(), *tag); });
+    std::for_each(tags.rbegin(), tags.rend(),
+                  [&](const CTag* tag) { CopyTag(*file.GetStream(), *tag); });
 }
 
-bool CopyFrame(const CMPAFrame& frame) {
+void CopyFrame(const CMPAFrame& frame) {
     const CMPAStream& stream = *frame.GetStream();
     long long offset = frame.GetOffset();
     try {
-        return WriteBytes(stream.ReadBytes(frame.GetSize(), offset, false, false), frame.GetSize());
+        WriteBytes(stream.ReadBytes(frame.GetSize(), offset, false, false), frame.GetSize());
     } catch (const CMPAEndOfFileException&) {
         throw CMPAException(CMPAException::NoFrameBeforeEOF, stream.GetFileName(),
                             "The source ends in the middle of a frame", false);
@@ -175,7 +185,7 @@ Written WriteAllButRange(CMPAFile& file, const FrameRange& range) {
     return written;
 }
 
-bool UpdateVBRHeader(CVBRHeader& header, const Written& written) {
+void UpdateVBRHeader(CVBRHeader& header, const Written& written) {
     // A count of 0 was not known before, and stays so.
     if (header.GetByteCount() != 0) {
         header.SetByteCount(written.bytes);
@@ -183,40 +193,84 @@ bool UpdateVBRHeader(CVBRHeader& header, const Written& written) {
     if (header.GetFrameCount() != 0) {
         header.SetFrameCount(static_cast<unsigned int>(written.frames));
     }
-    return RewriteVBRHeader(oh, &header);
+    if (!RewriteVBRHeader(oh, &header)) {
+        throw CutError{CutReason::OutputNotWritable, errno};
+    }
 }
 
-bool WriteAudio(CMPAFile& file, float start, float end, bool keep) {
+// How much of the source the walks read. The frames are counted before the rest is written; where
+// a range ends in bytes can only be guessed.
+long long WorkBytes(CMPAFile& file, float end, bool keep) {
+    const long long size = file.GetStream()->GetSize();
+    const CVBRHeader* header = file.GetVBRHeader();
+    if (!keep) {
+        return header == nullptr || header->GetFrameCount() == 0 ? 2 * size : size;
+    }
+    const CMPAHeader& first = *file.GetFirstFrame()->GetHeader();
+    const double seconds = header != nullptr && header->GetFrameCount() != 0
+                               ? static_cast<double>(header->GetFrameCount()) *
+                                     first.GetSamplesPerFrame() / first.GetSamplingRateHz()
+                               : static_cast<double>(size) / std::max(1U, file.GetBytesPerSec());
+    const double share = std::clamp(static_cast<double>(end) / seconds, 0.0, 1.0);
+    return static_cast<long long>(share * static_cast<double>(size));
+}
+
+void WriteAudio(CMPAFile& file, float start, float end, bool keep) {
     FrameWalk walk(file);
     const CMPAFrame* first = walk.Current();
     if (first == nullptr) {
-        SetCutFailure("no frame found");
-        return false;
+        throw CutError{CutReason::NoFrame};
     }
     firstFrameShift = ftello(oh) - first->GetOffset();
     firstFrameEnd = first->GetOffset() + first->GetSize();
-    if (file.GetVBRHeader() != nullptr && !CopyFrame(*first)) {
-        return false;
+    if (file.GetVBRHeader() != nullptr) {
+        CopyFrame(*first);
     }
     const CMPAHeader& header = *first->GetHeader();
     const FrameRange range{FrameNumber(start, header, std::floor),
                            FrameNumber(end, header, std::ceil)};
     const Written written = keep ? WriteRange(file, range) : WriteAllButRange(file, range);
-    return file.GetVBRHeader() == nullptr || UpdateVBRHeader(*file.GetVBRHeader(), written);
+    if (file.GetVBRHeader() != nullptr) {
+        UpdateVBRHeader(*file.GetVBRHeader(), written);
+    }
+}
+
+// What the parser says is shown in its own words, and noted in ours.
+void NoteParserError(CMPAException& exception, const char* src, CutReason endReason) {
+    const int error = errno;
+    switch (exception.GetErrorID()) {
+    case CMPAException::CantOpenFile:
+    case CMPAException::CantReadFromFile:
+        SetCutFailure(CutReason::SourceUnreadable, src, error);
+        break;
+    case CMPAException::CorruptLyrics3Tag:
+        SetCutFailure(CutReason::DamagedTag, src);
+        break;
+    default: // a seek to before the file among them
+        SetCutFailure(endReason, src);
+    }
+    errno = error;
+    exception.ShowError();
 }
 
 // The cut without its file. A source that becomes unreadable behind the last frame written costs
 // the trailing tags, not the cut.
 bool WriteCut(const char* src, float start, float end, bool keep) {
-    bool result = false;
+    bool isWritten = false;
+    CutReason endReason = CutReason::NoFrame; // what an unexpected end means
     try {
         CMPAFile file(src);
-        result = CopyLeadingTags(file) && WriteAudio(file, start, end, keep);
-        result = result && CopyTrailingTags(file);
+        BeginWork(WorkBytes(file, end, keep));
+        endReason = CutReason::SourceEndsInFrame;
+        CopyLeadingTags(file);
+        WriteAudio(file, start, end, keep);
+        isWritten = true;
+        CopyTrailingTags(file);
+        EndWork();
     } catch (CMPAException& e) {
-        e.ShowError();
+        NoteParserError(e, src, endReason);
     }
-    return result;
+    return isWritten;
 }
 
 bool WriteAt(std::FILE* output, long long offset, const std::vector<unsigned char>& bytes) {
@@ -227,22 +281,35 @@ bool WriteAt(std::FILE* output, long long offset, const std::vector<unsigned cha
 } // namespace
 
 bool CutMP3File(const char* src, const char* dst, float start, float end, bool keep) {
-    SetCutFailure("");
+    ResetCutFailure();
+    const SourceWatch watch(src);
     OutputFile output(dst, src);
     if (output.GetHandle() == nullptr) {
+        SetCutFailure(CutReason::OutputNotCreatable, dst, errno);
         CMPAException(CMPAException::CantOpenFile, dst, "CreateFile", true).ShowError();
         return false;
     }
     oh = output.GetHandle();
-    const bool result = WriteCut(src, start, end, keep);
+    bool isWritten = false;
+    try {
+        isWritten = WriteCut(src, start, end, keep);
+    } catch (const CutError& e) {
+        isWritten = false;
+        SetCutFailure(e.reason, IsAboutOutput(e.reason) ? dst : src, e.errorNumber);
+    }
     oh = nullptr;
-    return output.Close(result);
+    if (watch.HasChanged()) {
+        isWritten = false;
+        SetCutFailure(CutReason::SourceChanged, src);
+    }
+    return output.Close(isWritten);
 }
 
 int WriteFrame(CMPAFile* file, CMPAFrame* frame, int total, int index, int bytesBefore) {
-    if (frame == nullptr || !CopyFrame(*frame)) {
+    if (frame == nullptr) {
         return 0;
     }
+    CopyFrame(*frame);
     const CVBRHeader* header = file->GetVBRHeader();
     if (header != nullptr && header->GetRewriteTable() != nullptr && total > 0) {
         const unsigned int slot = static_cast<unsigned int>(index) * header->GetTableSize() /

@@ -1,16 +1,18 @@
 #include "cutting/CutWAV.h"
 
+#include "cutting/CutError.h"
+#include "cutting/CutWork.h"
 #include "cutting/OutputFile.h"
+#include "cutting/SourceWatch.h"
 #include "cutting/WAVLayout.h"
 #include "platform/RegularFile.h"
-#include "platform/SystemError.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
-#include <exception>
 #include <limits>
 #include <memory>
+#include <new>
 
 namespace {
 
@@ -66,65 +68,90 @@ long long CopySamples(const WAVLayout& layout, const ByteRange& range, bool keep
     return before + OutputData(layout.DataSize() - range.end);
 }
 
-bool WriteSize(long long offset, long long size) {
+void WriteSize(long long offset, long long size) {
     if (size > std::numeric_limits<std::uint32_t>::max()) {
-        SetCutFailure("the result is too large for a WAV file");
-        return false;
+        throw CutError{CutReason::ResultTooLarge};
     }
     unsigned char bytes[4];
     for (int i = 0; i < 4; ++i) {
         bytes[i] = static_cast<unsigned char>(size >> 8 * i);
     }
-    return fseeko(oh, offset, SEEK_SET) == 0 &&
-           std::fwrite(bytes, 1, sizeof bytes, oh) == sizeof bytes;
+    if (fseeko(oh, offset, SEEK_SET) != 0 ||
+        std::fwrite(bytes, 1, sizeof bytes, oh) != sizeof bytes) {
+        throw CutError{CutReason::OutputNotWritable, errno};
+    }
 }
 
-bool WriteCut(float start, float end, bool keep) {
-    WAVLayout layout;
-    std::string error;
-    if (!ReadWAVLayout(ih, layout, error)) {
-        SetCutFailure(error);
-        return false;
-    }
-    if (!CopyHeader(layout)) {
-        SetCutFailure("the file ends before its samples");
-        return false;
-    }
-    const long long copied = CopySamples(layout, SampleBytes(layout, start, end), keep);
+// Before anything is done that may say something else.
+void CheckCopied() {
+    const int error = errno;
     if (std::ferror(ih) != 0) {
-        SetCutFailure("cannot read the source: " + SystemErrorText(errno));
-        return false;
+        throw CutError{CutReason::SourceUnreadable, error};
     }
+    if (std::ferror(oh) != 0) {
+        throw CutError{CutReason::OutputNotWritable, error};
+    }
+}
+
+long long WorkBytes(const WAVLayout& layout, const ByteRange& range, bool keep) {
+    const long long kept = range.end - range.start;
+    return layout.DataOffset() + (keep ? kept : layout.DataSize() - kept);
+}
+
+void WriteCut(float start, float end, bool keep) {
+    WAVLayout layout;
+    const CutReason reason = ReadWAVLayout(ih, layout);
+    if (reason != CutReason::None) {
+        throw CutError{reason, reason == CutReason::SourceUnreadable ? errno : 0};
+    }
+    const ByteRange range = SampleBytes(layout, start, end);
+    BeginWork(WorkBytes(layout, range, keep));
+    const bool isHeaderWhole = CopyHeader(layout);
+    CheckCopied();
+    if (!isHeaderWhole) {
+        throw CutError{CutReason::DamagedWAV};
+    }
+    const long long copied = CopySamples(layout, range, keep);
+    CheckCopied();
     constexpr long long kSizeInHeader = 4;
-    return WriteSize(kSizeInHeader, layout.DataOffset() + copied - WAVLayout::kChunkHeaderSize) &&
-           WriteSize(layout.DataOffset() - kSizeInHeader, copied);
+    WriteSize(kSizeInHeader, layout.DataOffset() + copied - WAVLayout::kChunkHeaderSize);
+    WriteSize(layout.DataOffset() - kSizeInHeader, copied);
+    EndWork();
 }
 
 } // namespace
 
 bool CutWAVFile(const char* src, const char* dst, float start, float end, bool keep) {
-    SetCutFailure("");
+    ResetCutFailure();
+    const SourceWatch watch(src);
     const FilePointer source = OpenRegularFile(src);
     if (source == nullptr) {
-        SetCutFailure(SystemErrorText(errno));
+        SetCutFailure(CutReason::SourceUnreadable, src, errno);
         return false;
     }
     OutputFile output(dst, src);
     if (output.GetHandle() == nullptr) {
-        SetCutFailure("cannot create the output: " + SystemErrorText(errno));
+        SetCutFailure(CutReason::OutputNotCreatable, dst, errno);
         return false;
     }
     ih = source.get();
     oh = output.GetHandle();
-    bool result = false;
+    bool isWritten = false;
     try {
-        result = WriteCut(start, end, keep);
-    } catch (const std::exception& e) {
-        SetCutFailure(e.what());
+        WriteCut(start, end, keep);
+        isWritten = true;
+    } catch (const CutError& e) {
+        SetCutFailure(e.reason, IsAboutOutput(e.reason) ? dst : src, e.errorNumber);
+    } catch (const std::bad_alloc&) {
+        SetCutFailure(CutReason::OutOfMemory, src);
     }
     ih = nullptr;
     oh = nullptr;
-    return output.Close(result);
+    if (watch.HasChanged()) {
+        isWritten = false;
+        SetCutFailure(CutReason::SourceChanged, src);
+    }
+    return output.Close(isWritten);
 }
 
 long long OutputData(long long count) {
@@ -139,6 +166,7 @@ long long OutputData(long long count) {
             break;
         }
         total += static_cast<long long>(whole);
+        AddWork(static_cast<long long>(whole));
         if (whole < wanted) {
             break;
         }

@@ -1,6 +1,6 @@
 #include "cutting/OutputFile.h"
 
-#include "platform/SystemError.h"
+#include "cutting/CutError.h"
 
 #include <cerrno>
 #include <stdio_ext.h>
@@ -10,8 +10,6 @@
 namespace {
 
 constexpr std::size_t kBufferBytes = 256 * 1024;
-
-std::string failure; // main thread, as the cutters
 
 bool IsSameFile(const char* a, const char* b) {
     struct stat first {};
@@ -27,14 +25,6 @@ bool IsDevice(std::FILE* file) {
 }
 
 } // namespace
-
-const std::string& CutFailure() {
-    return failure;
-}
-
-void SetCutFailure(const std::string& reason) {
-    failure = reason;
-}
 
 OutputFile::OutputFile(const char* path, const char* source) : m_path(path) {
     if (IsSameFile(path, source)) {
@@ -65,7 +55,7 @@ bool OutputFile::Close(bool cutSucceeded) {
         return true;
     }
     if (!arrived || !closed) {
-        SetCutFailure("cannot write the output: " + SystemErrorText(errno));
+        SetCutFailure(CutReason::OutputNotWritable, m_path, errno);
     }
     if (!isDevice) {
         unlink(m_path.c_str());

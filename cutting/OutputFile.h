@@ -21,6 +21,7 @@ public:
     /// Closes the file. Deletes it when the cut failed or when anything written has not arrived.
     /// @param cutSucceeded  what the cutter has to say
     /// @return whether the file is complete; where something has not arrived, CutFailure tells why
+    /// unless it tells of something before
     bool Close(bool cutSucceeded);
 
 private:
@@ -28,10 +29,3 @@ private:
     std::unique_ptr<char[]> m_buffer; // the C library takes a larger one only when it is given one
     FilePointer m_file;
 };
-
-/// Why the last cut returned false, in English; empty when ShowErrorMsg has told it, and after a
-/// cut that succeeded.
-const std::string& CutFailure();
-
-/// For the cutters: what CutFailure returns from now on.
-void SetCutFailure(const std::string& reason);

@@ -33,40 +33,40 @@ public:
         m_layout.fileSize = FileSize(file);
     }
 
-    const char* ReadAll() {
-        const char* error = ReadRIFFHeader();
-        if (error == nullptr) {
+    CutReason ReadAll() {
+        CutReason error = ReadRIFFHeader();
+        if (error == CutReason::None) {
             error = ReadFormat();
         }
-        while (error == nullptr && m_layout.chunks.back().id != "data") {
+        while (error == CutReason::None && m_layout.chunks.back().id != "data") {
             error = m_layout.chunks.size() < kMostChunks ? SkipPayloadAndReadChunk()
-                                                         : "too many chunks before the samples";
+                                                         : CutReason::TooManyChunks;
         }
-        if (error == nullptr && m_layout.DataSize() == 0) {
-            error = "there are no samples in it";
+        if (error == CutReason::None && m_layout.DataSize() == 0) {
+            error = CutReason::NoSamples;
         }
         return error;
     }
 
 private:
-    const char* ReadRIFFHeader() {
+    CutReason ReadRIFFHeader() {
         std::array<unsigned char, WAVLayout::kRIFFHeaderSize> bytes{};
         if (!Read(0, bytes.data(), bytes.size()) || std::memcmp(bytes.data(), "RIFF", 4) != 0 ||
             std::memcmp(bytes.data() + 8, "WAVE", 4) != 0) {
-            return "not a WAV file";
+            return CutReason::NotWAV;
         }
-        return nullptr;
+        return CutReason::None;
     }
 
-    const char* ReadFormat() {
+    CutReason ReadFormat() {
         if (!ReadChunk(WAVLayout::kRIFFHeaderSize) || m_layout.chunks.back().id != "fmt ") {
-            return "the WAV file does not begin with its format";
+            return CutReason::FormatNotFirst;
         }
         std::array<unsigned char, kFormatFieldsSize> bytes{};
         const WAVChunk& chunk = m_layout.chunks.back();
         if (chunk.size < bytes.size() || IsNegative(chunk.size) ||
             !Read(chunk.offset + WAVLayout::kChunkHeaderSize, bytes.data(), bytes.size())) {
-            return "the format of the WAV file is damaged";
+            return CutReason::DamagedWAV;
         }
         m_layout.formatTag = static_cast<std::uint16_t>(LittleEndian(&bytes[0], 2));
         m_layout.channels = static_cast<std::uint16_t>(LittleEndian(&bytes[2], 2));
@@ -75,26 +75,26 @@ private:
         m_layout.blockAlign = static_cast<std::int16_t>(LittleEndian(&bytes[12], 2));
         m_layout.bitsPerSample = static_cast<std::uint16_t>(LittleEndian(&bytes[14], 2));
         if (m_layout.formatTag != kPCM) {
-            return "the samples of the WAV file are not PCM";
+            return CutReason::NotPCM;
         }
         if (m_layout.bytesPerSecond <= 0 || m_layout.blockAlign <= 0) {
-            return "the format of the WAV file is damaged";
+            return CutReason::DamagedWAV;
         }
-        return nullptr;
+        return CutReason::None;
     }
 
-    const char* SkipPayloadAndReadChunk() {
+    CutReason SkipPayloadAndReadChunk() {
         const WAVChunk& chunk = m_layout.chunks.back();
         const long long payload = chunk.offset + WAVLayout::kChunkHeaderSize;
         if (chunk.size > m_layout.fileSize - payload) {
-            return "the WAV file ends before its samples";
+            return CutReason::NoData;
         }
         long long next = payload + chunk.size;
         unsigned char pad = 1;
         if (chunk.size % 2 == 1 && Read(next, &pad, 1) && pad == 0) {
             ++next;
         }
-        return ReadChunk(next) ? nullptr : "the WAV file ends before its samples";
+        return ReadChunk(next) ? CutReason::None : CutReason::NoData;
     }
 
     bool ReadChunk(long long offset) {
@@ -120,9 +120,8 @@ private:
 
 } // namespace
 
-bool ReadWAVLayout(std::FILE* file, WAVLayout& layout, std::string& error) {
+CutReason ReadWAVLayout(std::FILE* file, WAVLayout& layout) {
     layout = WAVLayout();
-    const char* reason = LayoutReader(file, layout).ReadAll();
-    error = reason == nullptr ? "" : reason;
-    return reason == nullptr;
+    const CutReason reason = LayoutReader(file, layout).ReadAll();
+    return std::ferror(file) != 0 ? CutReason::SourceUnreadable : reason;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cutting/CutFailure.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -38,6 +40,5 @@ struct WAVLayout {
 ///
 /// An odd-sized chunk is followed by a pad byte where the byte after it is zero, and by the next
 /// chunk where it is not: there are writers that leave the pad byte out.
-/// @param error  out, on failure: what is wrong, in English
-/// @return whether the file has such a layout
-bool ReadWAVLayout(std::FILE* file, WAVLayout& layout, std::string& error);
+/// @return None, or why the file has no such layout
+CutReason ReadWAVLayout(std::FILE* file, WAVLayout& layout);

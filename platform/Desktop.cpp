@@ -1,6 +1,7 @@
 #include "platform/Desktop.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -16,8 +17,8 @@ void Show(const std::string& headline, const std::string& text, const std::strin
 
 } // namespace
 
-void InstallDesktop(Desktop* desktop) {
-    installedDesktop = desktop;
+Desktop* InstallDesktop(Desktop* desktop) {
+    return std::exchange(installedDesktop, desktop);
 }
 
 void ShowErrorMsg(const char* text) {

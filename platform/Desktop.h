@@ -31,7 +31,8 @@ public:
 
 /// Makes this desktop the one that answers; null for none. The caller keeps it, and keeps it alive
 /// until another one is installed.
-void InstallDesktop(Desktop* desktop);
+/// @return the one that answered before; null for none
+Desktop* InstallDesktop(Desktop* desktop);
 
 /// Shows an error with the headline "Error" and a button "OK" on the installed desktop; on standard
 /// error where there is none.

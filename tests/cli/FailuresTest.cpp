@@ -44,7 +44,7 @@ TEST_F(Failures, LeaveEverythingAsItWas) {
         ExpectFailure(1, arguments, message);
     }
     const FileSizeLimit limit(1'000'000); // enough for the first piece only
-    ExpectFailure(1, "split a.WAV 1 old-%.wav", "cannot write the output");
+    ExpectFailure(1, "split a.WAV 1 old-%.wav", "'old-2.wav': cannot be written");
 }
 
 } // namespace

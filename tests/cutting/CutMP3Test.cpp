@@ -1,6 +1,6 @@
 #include "cutting/CutMP3.h"
 
-#include "cutting/OutputFile.h"
+#include "cutting/CutFailure.h"
 #include "tests/support/AlertRecorder.h"
 #include "tests/support/Mp3Builder.h"
 #include "tests/support/TemporaryFolder.h"
@@ -38,7 +38,7 @@ protected:
         m_folder.Write("source.mp3", source.Bytes());
         EXPECT_TRUE(CutMP3File(m_source.c_str(), m_output.c_str(), start * kFrameSeconds,
                                end * kFrameSeconds, keep))
-            << m_alerts.texts << CutFailure();
+            << m_alerts.texts << DescribeFailure(CutFailure());
         return TemporaryFolder::Read(m_output);
     }
 

@@ -1,6 +1,6 @@
 #include "cutting/CutWAV.h"
 
-#include "cutting/OutputFile.h"
+#include "cutting/CutFailure.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/WavBuilder.h"
 
@@ -55,7 +55,7 @@ TEST_F(CutWAV, WritesWholeSampleFramesOfTheRangeOrOfTheRest) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(std::to_string(c.start) + " to " + std::to_string(c.end));
-        EXPECT_TRUE(Cut(source.Bytes(), c.start, c.end, c.keep)) << CutFailure();
+        EXPECT_TRUE(Cut(source.Bytes(), c.start, c.end, c.keep)) << DescribeFailure(CutFailure());
         EXPECT_EQ(TemporaryFolder::Read(m_output), Expected(source, c.expected));
     }
 }
@@ -72,7 +72,8 @@ TEST_F(CutWAV, CopiesEveryChunkBeforeTheSamplesAndNoneBehind) {
         {.samples = samples, .dataSize = 0xFFFFFFF0}, // a recorder that was switched off
     };
     for (const WavBuilder& source : sources) {
-        EXPECT_TRUE(Cut(source.Bytes(), 0.0F, 8192.0F / 176400.0F, true)) << CutFailure();
+        EXPECT_TRUE(Cut(source.Bytes(), 0.0F, 8192.0F / 176400.0F, true))
+            << DescribeFailure(CutFailure());
         EXPECT_EQ(TemporaryFolder::Read(m_output), Expected(source, samples));
     }
 }
@@ -107,7 +108,7 @@ TEST_F(CutWAV, RefusesWhatItCannotCutAndLeavesNoOutput) {
     for (const std::string& source : bad) {
         SCOPED_TRACE(&source - bad);
         EXPECT_FALSE(Cut(source, 0.0F, 1.0F, true));
-        EXPECT_FALSE(CutFailure().empty());
+        EXPECT_NE(CutFailure().reason, CutReason::None);
         EXPECT_FALSE(std::filesystem::exists(m_output));
     }
 }

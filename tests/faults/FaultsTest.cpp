@@ -207,15 +207,18 @@ TEST_F(CommandLineFaults, OfDisksAreNamedAndLeaveTheOldFiles) {
     m_folder.Write("old-2.wav", "old");
     m_folder.Write("b.mp3", Mp3Builder().Frames(1000).Bytes());
     const std::string cases[][3] = {
-        {"write:error=EIO:when=3", "extract a.WAV 1 90 old-1.wav", "'a.WAV': cannot write"},
-        {"write:error=ENOSPC:when=3", "extract a.WAV 1 90 old-1.wav", "No space left on device"},
+        {"write:error=EIO:when=3", "extract a.WAV 1 90 old-1.wav",
+         "'old-1.wav': cannot be written"},
+        {"write:error=ENOSPC:when=3", "extract a.WAV 1 90 old-1.wav",
+         "'old-1.wav': the disk is full"},
         {"/^rename:error=EIO:when=1", "cut a.WAV 1 2 old-1.wav", "'old-1.wav': Input/output"},
         {"/^rename:error=EIO:when=2", "split a.WAV 50 old-%.wav", "'old-2.wav': Input/output"},
         {"/^faccessat:error=EROFS", "cut a.WAV 1 2 old-2.wav",
          "'old-2.wav': Read-only file system"},
-        {"read:error=EIO:when=3 -P a.WAV", "cut a.WAV 1 2 old-1.wav", "'a.WAV': cannot read"},
-        {"read:error=EIO:when=3 -P b.mp3", "cut b.mp3 1 2 old-1.wav", "'b.mp3': Can't read"},
-        {"openat:error=EACCES -P a.WAV", "cut a.WAV 1 2 new.wav", "'a.WAV': Permission denied"},
+        {"read:error=EIO:when=3 -P a.WAV", "cut a.WAV 1 2 old-1.wav", "'a.WAV': cannot be read"},
+        {"read:error=EIO:when=3 -P b.mp3", "cut b.mp3 1 2 old-1.wav", "'b.mp3': cannot be read"},
+        {"openat:error=EACCES -P a.WAV", "cut a.WAV 1 2 new.wav",
+         "'a.WAV': cannot be read: Permission denied"},
         {"openat:error=EACCES -P a.WAV", "wave a.WAV new.png", "'a.WAV': Permission denied"},
     };
     for (const auto& [fault, command, message] : cases) {
