@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/CommandLine.h"
+#include "cli/Arguments.h"
 
 // The commands. Each has the operands that its usage line names, and returns the exit status; it
 // throws UsageError for operands that it does not understand.
@@ -11,3 +11,4 @@ int RunCut(const Arguments& arguments);
 int RunSplit(const Arguments& arguments);
 int RunScenes(const Arguments& arguments);
 int RunWave(const Arguments& arguments);
+int RunHelp(const Arguments& arguments);

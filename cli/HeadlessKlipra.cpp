@@ -3,27 +3,41 @@
 #include "audio/bass.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
-#include "engine/FormatType.h"
-#include "platform/RegularFile.h"
+#include "cli/SourceFile.h"
+#include "places/PrintableText.h"
+#include "places/TextLines.h"
 #include "platform/SystemError.h"
 
-#include <cerrno>
-
 void ReportLoadFailure(const std::string& path) {
-    const bool isReadable = OpenRegularFile(path.c_str()) != nullptr;
-    ReportError(path, isReadable ? "holds no audio to decode" : SystemErrorText(errno));
+    BASS_READFAILURE failure;
+    const bool isKnown = BASS_GetOpenFailure(&failure) != FALSE;
+    ReportError(path, isKnown ? SystemErrorText(static_cast<int>(failure.error))
+                              : "holds no audio to decode");
+}
+
+bool ReportReadFailure(const std::string& path, std::uint32_t stream) {
+    BASS_READFAILURE failure;
+    if (BASS_ChannelGetReadFailure(stream, &failure) == FALSE) {
+        return true;
+    }
+    const std::string reason = failure.error == 0
+                                   ? "it became shorter while it was read"
+                                   : SystemErrorText(static_cast<int>(failure.error));
+    ReportError(path, "cannot be read from " +
+                          SecondsText(BASS_ChannelBytes2Seconds(stream, failure.position)) +
+                          " s on (byte " + std::to_string(failure.fileOffset) + "): " + reason);
+    return false;
 }
 
 bool HeadlessKlipra::Open(const std::string& path) {
-    const std::optional<FormatType> format = GetFormat(path);
+    const std::optional<FormatType> format = SourceFormat(path);
     if (!format) {
-        ReportError(path, kUnknownFormat);
         return false;
     }
-    const Progress progress([&] { return "Reading " + path; });
+    const Progress progress([&] { return "Reading " + Printable(path); });
     formatType = *format;
     PushHistory("# " + ExtractFilename(path), path, true, currentHistoryId);
-    return LoadPlayFile();
+    return LoadPlayFile() && ReportReadFailure(channel);
 }
 
 unsigned long long HeadlessKlipra::ToPosition(double seconds) const {
@@ -32,6 +46,15 @@ unsigned long long HeadlessKlipra::ToPosition(double seconds) const {
 
 double HeadlessKlipra::ToSeconds(unsigned long long position) const {
     return BASS_ChannelBytes2Seconds(channel, position);
+}
+
+bool MeasureLength(const std::string& path, double& seconds) {
+    HeadlessKlipra engine;
+    if (!engine.Open(path)) {
+        return false;
+    }
+    seconds = engine.LengthInSeconds();
+    return true;
 }
 
 void HeadlessKlipra::ErrorMsg(int /*code*/) {

@@ -2,24 +2,35 @@
 
 #include "engine/Klipra.h"
 
+#include <cstdint>
 #include <string>
 
 /// Tells why a file could not be loaded.
 void ReportLoadFailure(const std::string& path);
 
-/// The engine without a window: opens one file to search it or to cut pieces from it. Failures are
-/// reported on standard error. Makes no edits in the history.
+/// Tells what a stream of a file could not read, if there is something.
+/// @return whether there is nothing
+bool ReportReadFailure(const std::string& path, std::uint32_t stream);
+
+/// The engine without a window: opens one file to measure it. Failures are reported on standard
+/// error. Makes no edits in the history.
 class HeadlessKlipra : public Klipra {
 public:
     /// Opens the only file of this engine.
     /// @return false after a failure, which has been reported
     bool Open(const std::string& path);
 
+    const std::string& Path() const { return histories.front().path; }
+
     /// A time as a position in the file, and a position as a time, in seconds.
     unsigned long long ToPosition(double seconds) const;
     double ToSeconds(unsigned long long position) const;
+    double LengthInSeconds() const { return ToSeconds(length); }
 
-    using Klipra::CutToFile;
+    /// See above; of a stream of this engine's file.
+    bool ReportReadFailure(std::uint32_t stream) const {
+        return ::ReportReadFailure(Path(), stream);
+    }
 
     // There are no controls, and nobody to ask.
     void EnableTimer() override {}
@@ -38,3 +49,7 @@ public:
     void EnableSceneChangeMoveButton() override {}
     void ErrorMsg(int code) override;
 };
+
+/// The length of a file's audio.
+/// @return false after a failure, which has been reported
+bool MeasureLength(const std::string& path, double& seconds);

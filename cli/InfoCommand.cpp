@@ -2,9 +2,10 @@
 #include "cli/MP3Info.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
+#include "cli/SourceFile.h"
 #include "cli/WAVInfo.h"
-#include "engine/FormatType.h"
 #include "mpeg/MPAException.h"
+#include "places/PrintableText.h"
 
 #include <cstdio>
 
@@ -12,8 +13,11 @@ namespace {
 
 // Null after an error, which has been reported.
 Json Describe(const std::string& path) {
-    const Progress progress([&] { return "Reading " + path; });
-    const std::optional<FormatType> format = GetFormat(path);
+    const Progress progress([&] { return "Reading " + Printable(path); });
+    const std::optional<FormatType> format = SourceFormat(path);
+    if (!format) {
+        return nullptr;
+    }
     if (format == FormatType::MP3) {
         try {
             return DescribeMP3(path);
@@ -22,8 +26,8 @@ Json Describe(const std::string& path) {
             return nullptr;
         }
     }
-    std::string error = kUnknownFormat;
-    Json description = format == FormatType::WAV ? DescribeWAV(path, error) : nullptr;
+    std::string error;
+    Json description = DescribeWAV(path, error);
     if (description.is_null()) {
         ReportError(path, error);
     }
@@ -57,14 +61,24 @@ void PrintIndented(const Json& object, int indent) {
 } // namespace
 
 int RunInfo(const Arguments& arguments) {
-    const Json description = Describe(arguments.operands[0]);
-    if (description.is_null()) {
-        return kFailed;
+    const bool areSeveral = arguments.operands.size() > 1;
+    int status = kDone;
+    for (const std::string& path : arguments.operands) {
+        Json description = Describe(path);
+        if (description.is_null()) {
+            status = kFailed;
+            continue;
+        }
+        if (areSeveral) {
+            Json named = {{"file", PathToJson(path)}};
+            named.update(description);
+            description = named;
+        }
+        if (arguments.Has(Option::Json)) {
+            std::puts(JsonText(description).c_str());
+        } else {
+            PrintIndented(description, 0);
+        }
     }
-    if (arguments.json) {
-        std::puts(JsonText(description).c_str());
-    } else {
-        PrintIndented(description, 0);
-    }
-    return kDone;
+    return status;
 }

@@ -1,5 +1,7 @@
 #include "cli/Json.h"
 
+#include "places/Utf8.h"
+
 #include <array>
 #include <charconv>
 #include <cstdio>
@@ -17,6 +19,10 @@ Json BytesToJson(const std::string& bytes) {
         }
     }
     return utf8;
+}
+
+Json PathToJson(const std::string& path) {
+    return IsUtf8(path) ? Json(path) : BytesToJson(path);
 }
 
 Json FloatToJson(float value) {

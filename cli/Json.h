@@ -10,6 +10,9 @@ using Json = nlohmann::ordered_json;
 /// Text of any bytes as a JSON string, a byte as the character with its number.
 Json BytesToJson(const std::string& bytes);
 
+/// A file's path as a JSON string: UTF-8 where it is that, else as above.
+Json PathToJson(const std::string& path);
+
 /// A single-precision number with no more digits than it takes to tell it from its neighbours.
 Json FloatToJson(float value);
 

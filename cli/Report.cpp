@@ -1,17 +1,42 @@
 #include "cli/Report.h"
 
-#include <algorithm>
+#include "places/PrintableText.h"
+
 #include <cstdio>
 #include <unistd.h>
 
-void ReportError(const std::string& text) {
+namespace {
+
+bool areRemarksWanted = true; // main thread, before any other begins
+
+void ReportLine(const std::string& text) {
     // What stands on the line is how far the work was.
     const char* wipeLine = isatty(STDERR_FILENO) != 0 ? kWipeLine : "";
     std::fprintf(stderr, "%sklipra-cli: %s\n", wipeLine, text.c_str());
 }
 
+} // namespace
+
+void ReportError(const std::string& text) {
+    ReportLine(text);
+}
+
 void ReportError(const std::string& file, const std::string& problem) {
-    ReportError("'" + file + "': " + problem);
+    ReportLine(Quoted(file) + ": " + problem);
+}
+
+void ReportWarning(const std::string& file, const std::string& problem) {
+    if (areRemarksWanted) {
+        ReportLine("warning: " + Quoted(file) + ": " + problem);
+    }
+}
+
+void WantRemarks(bool wanted) {
+    areRemarksWanted = wanted;
+}
+
+bool AreRemarksWanted() {
+    return areRemarksWanted;
 }
 
 int TerminalDesktop::ShowAlert(const std::string& /*headline*/, const std::string& text,
@@ -20,7 +45,7 @@ int TerminalDesktop::ShowAlert(const std::string& /*headline*/, const std::strin
     for (const char c : text) {
         c == '\n' ? line += ": " : line += c;
     }
-    ReportError(line);
+    ReportError(Printable(line));
     return -1; // nobody is there to choose
 }
 

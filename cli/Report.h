@@ -16,6 +16,13 @@ void ReportError(const std::string& text);
 /// The same, about a file.
 void ReportError(const std::string& file, const std::string& problem);
 
+/// Tells about a file that was done all the same, unless messages of that kind are not wanted.
+void ReportWarning(const std::string& file, const std::string& problem);
+
+/// Whether progress and warnings are wanted; they are, unless told otherwise.
+void WantRemarks(bool wanted);
+bool AreRemarksWanted();
+
 /// The desktop of a terminal: alerts are reported, and nobody is asked for a file.
 class TerminalDesktop : public Desktop {
 public:

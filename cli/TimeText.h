@@ -3,9 +3,24 @@
 #include <optional>
 #include <string>
 
-/// The seconds that a text means: "90", "12.5", or [H:]M:SS[.fraction] such as "1:30.25"; none when
-/// it is no finite time of 0 or more.
-std::optional<double> ParseTime(const std::string& text);
+/// How times may be spelled, for messages.
+inline constexpr char kDurationSpellings[] = "seconds (90, 12.5), [H:]M:SS[.fraction] (1:30.25) or "
+                                             "1h2m3.5s";
+inline constexpr char kTimeSpellings[] = "seconds (90, 12.5), [H:]M:SS[.fraction] (1:30.25), "
+                                         "1h2m3.5s, end or end-T";
 
-/// The finite number of 0 or more that a text means, such as "0.5" or "1e-3".
-std::optional<double> ParseNumber(const std::string& text);
+/// A place in a file, as it was asked for.
+struct TimePoint {
+    double seconds = 0.0;   ///< 0 or more: from the beginning, or back from the end
+    bool isFromEnd = false; ///< "end" or "end-T"
+
+    /// In seconds from the beginning; the beginning where the end is not that far away.
+    double In(double lengthSeconds) const;
+};
+
+/// A finite time of 0 or more: "90", "12.5", [H:]M:SS[.fraction] such as "1:30.25", or hours,
+/// minutes and seconds such as "1h2m3.5s", any of the three; none for another text.
+std::optional<double> ParseDuration(const std::string& text);
+
+/// The same, or "end" or "end-T" with such a time T.
+std::optional<TimePoint> ParseTime(const std::string& text);

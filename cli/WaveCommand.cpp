@@ -4,13 +4,14 @@
 #include "cli/Operands.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
+#include "cli/SourceFile.h"
 #include "cli/WriteOutputs.h"
 #include "cli/WritePng.h"
-#include "engine/FormatType.h"
+#include "places/PrintableText.h"
 
 #include <algorithm>
 #include <atomic>
-#include <charconv>
+#include <strings.h>
 
 namespace {
 
@@ -28,7 +29,7 @@ public:
 
     /// @return false after a failure, which has been reported
     bool Load() {
-        const Progress progress([&] { return "Reading " + GetPath(); });
+        const Progress progress([&] { return "Reading " + Printable(GetPath()); });
         return m_adaptor.LoadPlayFile();
     }
 
@@ -50,7 +51,7 @@ public:
         }
         const Progress progress([&] { return DescribeScan(); });
         m_needRefresh.wait(KlipraMac::kRefreshWhileScanning);
-        return true;
+        return ReportReadFailure(GetPath(), m_adaptor.channel);
     }
 
     const WaveContext& GetImage() const { return *m_adaptor.GetWaveContext(); }
@@ -86,7 +87,7 @@ private:
 
     std::string DescribeScan() const {
         const int percent = GetImage().GetFinishedColumns() * 100 / GetImage().GetSize().width;
-        return "Measuring " + GetPath() + ": " + std::to_string(percent) + " %";
+        return "Measuring " + Printable(GetPath()) + ": " + std::to_string(percent) + " %";
     }
 
     const int m_visibleWidth;
@@ -94,31 +95,19 @@ private:
     EnglishAdaptor m_adaptor;          // last: its scan uses the others
 };
 
-/// The whole number from 1 to `most` that an option means.
-int CountOption(const std::optional<std::string>& text, int otherwise, int most) {
-    if (!text) {
-        return otherwise;
-    }
-    int count = 0;
-    const char* const end = text->data() + text->size();
-    const auto [stop, error] = std::from_chars(text->data(), end, count);
-    if (error != std::errc() || stop != end || count < 1 || count > most) {
-        throw UsageError("'" + *text + "' is not a whole number from 1 to " + std::to_string(most));
-    }
-    return count;
-}
-
 } // namespace
 
 int RunWave(const Arguments& arguments) {
-    const int width = CountOption(arguments.width, kDefaultWidth, kMostWidth);
-    const int zoom = CountOption(arguments.zoom, 1, KlipraMac::kMaxZoom);
     const std::string& source = arguments.operands[0];
     const std::string& output = arguments.operands[1];
-    const std::optional<FormatType> format = GetFormat(source);
+    const std::optional<FormatType> format = SourceFormat(source);
     if (!format) {
-        ReportError(source, kUnknownFormat);
         return kFailed;
+    }
+    const int width = CountOption(arguments, Option::Width, kDefaultWidth, kMostWidth);
+    const int zoom = CountOption(arguments, Option::Zoom, 1, KlipraMac::kMaxZoom);
+    if (strcasecmp(Klipra::ExtractExtension(output).c_str(), "png") != 0) {
+        throw UsageError(Quoted(output) + " needs the extension .png");
     }
     HeadlessAdaptor adaptor(*format, source, width);
     if (!adaptor.Load() || !adaptor.Scan(zoom)) {

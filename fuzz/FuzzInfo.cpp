@@ -15,7 +15,9 @@ std::string Info(const std::string& path, bool json) {
     AlertRecorder alerts; // takes the messages
     Arguments arguments;
     arguments.operands = {path};
-    arguments.json = json;
+    if (json) {
+        arguments.options[Option::Json] = "";
+    }
     const FilePointer output = OpenMemoryFile();
     const std::shared_ptr<std::FILE> standard(std::exchange(stdout, output.get()),
                                               [](std::FILE* file) { stdout = file; });

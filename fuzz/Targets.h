@@ -18,3 +18,6 @@ void FuzzStream(const FuzzInput& input);
 
 /// The command `info`, for people and as JSON.
 void FuzzInfo(const FuzzInput& input);
+
+/// A list of places: a CUE sheet, labels, CSV.
+void FuzzList(const FuzzInput& input);

@@ -13,15 +13,15 @@ using Commands = CliTest;
 
 TEST_F(Commands, ExtractAndCutTakeTimesInEveryFormAndEitherOrder) {
     for (const std::string range :
-         {"90 90.25", "1:30.25 1:30", "0:01:30.25 0:1:30", "9.0e1 01:30.2500"}) {
-        EXPECT_EQ(Done("extract -- a.WAV " + range + " out"), "");
-        EXPECT_TRUE(Samples("out") == m_wav.samples.substr(90 * kSecond, kSecond / 4)) << range;
+         {"90 90.25", "1:30.25 1:30", "end-9.75 1m30s", "9.0e1 01:30.2500"}) {
+        EXPECT_EQ(Done("extract -- a.WAV " + range + " out.wav"), "");
+        EXPECT_TRUE(Samples("out.wav") == m_wav.samples.substr(90 * kSecond, kSecond / 4)) << range;
     }
     // A link is a name for its file.
-    fs::create_symlink("out", m_folder.Path("link"));
-    EXPECT_EQ(Done("cut a.WAV 1:30.25 1:30 link"), "");
-    EXPECT_TRUE(fs::is_symlink(m_folder.Path("link")));
-    EXPECT_TRUE(Samples("out") ==
+    fs::create_symlink("out.wav", m_folder.Path("link.wav"));
+    EXPECT_EQ(Done("cut a.WAV 1:30.25 1:30 link.wav"), "");
+    EXPECT_TRUE(fs::is_symlink(m_folder.Path("link.wav")));
+    EXPECT_TRUE(Samples("out.wav") ==
                 m_wav.samples.substr(0, 90 * kSecond) + m_wav.samples.substr(361 * kSecond / 4));
     EXPECT_EQ(Snapshot().size(), 3U);
 }
@@ -40,8 +40,8 @@ TEST_F(Commands, ScenesListsTheQuietPlaces) {
     EXPECT_EQ(Done("scenes a.WAV --time=0:00.1 --level=0.5"),
               "64000 4.000000\n104000 6.500000\n128800 8.050000\n");
     EXPECT_EQ(Done("scenes --time 0 --level 1e-99 a.WAV"), "");
-    EXPECT_EQ(json::parse(Done("scenes --json a.WAV")).dump(),
-              R"({"positions":[{"bytes":64000,"seconds":4.0},{"bytes":104000,"seconds":6.5}]})");
+    EXPECT_EQ(json::parse(Done("scenes --json a.WAV"))["positions"].dump(),
+              R"([{"bytes":64000,"seconds":4.0},{"bytes":104000,"seconds":6.5}])");
 }
 
 TEST_F(Commands, WaveWritesAWholePngOfTheSizeAskedFor) {

@@ -43,8 +43,8 @@ std::vector<std::string> LargeFiles() {
     };
 }
 
-constexpr void (*kTargets[])(const FuzzInput&) = {FuzzParser, FuzzCutMP3, FuzzCutWAV, FuzzStream,
-                                                  FuzzInfo};
+constexpr void (*kTargets[])(const FuzzInput&) = {FuzzParser, FuzzCutMP3, FuzzCutWAV,
+                                                  FuzzStream, FuzzInfo,   FuzzList};
 
 class Replay : public testing::TestWithParam<std::size_t> {
 protected:
