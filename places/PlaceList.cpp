@@ -28,14 +28,14 @@ std::vector<ListedPlace> ParseAny(const std::string& text) {
         ++first;
     }
     const std::string begin = first < lines.size() ? lines[first].text : "";
-    if (IsHeaderOfCsv(begin)) {
-        return ParseCsv(text);
-    }
     if (IsLabel(begin)) {
         return ParseLabels(lines);
     }
     if (IsCueCommand(begin)) {
         return ParseCueSheet(lines);
+    }
+    if (IsHeaderOfCsv(begin)) {
+        return ParseCsv(text);
     }
     throw ListError(std::min(first, lines.empty() ? 0 : lines.size() - 1) + 1,
                     "neither a CUE sheet nor Audacity labels nor CSV with a header");
