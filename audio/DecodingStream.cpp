@@ -8,11 +8,6 @@ DecodingStream::DecodingStream(std::unique_ptr<Decoder> decoder)
     : Stream(decoder->Format()), m_decoder(std::move(decoder)) {
 }
 
-std::int64_t DecodingStream::Position() {
-    const std::lock_guard lock(m_mutex);
-    return m_position;
-}
-
 bool DecodingStream::SetPosition(std::int64_t sampleFrame) {
     const std::lock_guard lock(m_mutex);
     m_decoder->Seek(sampleFrame);
@@ -21,11 +16,6 @@ bool DecodingStream::SetPosition(std::int64_t sampleFrame) {
     m_askedSeconds = 0;
     m_ended = false;
     return true;
-}
-
-bool DecodingStream::IsActive() {
-    const std::lock_guard lock(m_mutex);
-    return !m_ended;
 }
 
 bool DecodingStream::MeasureLevels(double seconds, PeakLevels& levels) {

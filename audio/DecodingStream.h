@@ -2,6 +2,7 @@
 
 #include "audio/Stream.h"
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 
@@ -10,9 +11,11 @@ class DecodingStream : public Stream {
 public:
     explicit DecodingStream(std::unique_ptr<Decoder> decoder);
 
-    std::int64_t Position() override;
+    // Waits for no decoding.
+    std::int64_t Position() override { return m_position; }
+    bool IsActive() override { return !m_ended; }
+
     bool SetPosition(std::int64_t sampleFrame) override;
-    bool IsActive() override;
     std::vector<std::int64_t> SeekInfo() const override { return m_decoder->SeekInfo(); }
     std::optional<ReadFailure> Failure() const override { return m_decoder->Failure(); }
     bool MeasureLevels(double seconds, PeakLevels& levels) override;
@@ -21,8 +24,10 @@ private:
     // under the mutex
     std::mutex m_mutex;
     const std::unique_ptr<Decoder> m_decoder;
-    std::int64_t m_position = 0;
     std::int64_t m_origin = 0; // where the stretches asked for began
     double m_askedSeconds = 0; // the sum of their lengths
-    bool m_ended = false;      // one of them was cut short
+
+    // shared: atomic, written under the mutex
+    std::atomic<std::int64_t> m_position{0};
+    std::atomic<bool> m_ended{false}; // a stretch was cut short
 };

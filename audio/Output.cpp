@@ -35,16 +35,18 @@ void FreeSdlMemoryWithThisThread() {
 
 bool Output::Open(const OutputFormat& format) {
     FreeSdlMemoryWithThisThread();
-    const std::lock_guard lock(m_mutex);
-    m_open = true;
+    const std::lock_guard opening(m_opening);
     if (!m_sdl) {
         m_sdl = InitialiseSdl();
     }
-    m_kept.reset();
+    Keep(nullptr, true);
+    std::unique_ptr<OutputDevice> device;
     if (m_sdl) {
-        m_kept = SdlDevice::Open(format);
+        device = SdlDevice::Open(format);
     }
-    return m_kept != nullptr;
+    const bool isAudible = device != nullptr;
+    Keep(std::move(device), true);
+    return isAudible;
 }
 
 bool Output::IsOpen() {
@@ -53,13 +55,12 @@ bool Output::IsOpen() {
 }
 
 void Output::Close() {
-    const std::lock_guard lock(m_mutex);
-    m_kept.reset();
+    const std::lock_guard opening(m_opening);
+    Keep(nullptr, false);
     if (m_sdl) {
         SDL_QuitSubSystem(SDL_INIT_AUDIO);
     }
     m_sdl = false;
-    m_open = false;
 }
 
 bool Output::IsAudible() {
@@ -69,29 +70,54 @@ bool Output::IsAudible() {
 }
 
 std::unique_ptr<OutputDevice> Output::Acquire(const OutputFormat& format) {
+    if (auto device = AcquireAudible(format)) {
+        return device;
+    }
+    return Lend(std::make_unique<SilentDevice>(format));
+}
+
+std::unique_ptr<OutputDevice> Output::AcquireAudible(const OutputFormat& format) {
     FreeSdlMemoryWithThisThread();
-    const std::lock_guard lock(m_mutex);
-    if (!m_kept || m_kept->Format() != format || !m_kept->IsAudible()) {
-        m_kept.reset(); // before another one is opened: some systems have but one
+    const std::lock_guard opening(m_opening);
+    std::unique_ptr<OutputDevice> device;
+    {
+        const std::lock_guard lock(m_mutex);
+        device = std::move(m_kept);
+    }
+    if (!device || device->Format() != format || !device->IsAudible()) {
+        device.reset(); // before another one is opened: some systems have but one
         if (m_sdl) {
-            m_kept = SdlDevice::Open(format);
-        }
-        if (!m_kept) {
-            m_kept = std::make_unique<SilentDevice>(format);
+            device = SdlDevice::Open(format);
         }
     }
-    m_lent = m_kept.get();
-    return std::move(m_kept);
+    return device ? Lend(std::move(device)) : nullptr;
 }
 
 void Output::Release(std::unique_ptr<OutputDevice> device) {
     FreeSdlMemoryWithThisThread();
+    const std::lock_guard opening(m_opening);
+    {
+        const std::lock_guard lock(m_mutex);
+        if (device.get() == m_lent) {
+            m_lent = nullptr;
+        }
+        // Without a device to be heard the next stream tries anew: one may have been plugged in.
+        if (m_open && device->IsAudible()) {
+            m_kept.swap(device);
+        }
+    }
+    device.reset();
+}
+
+std::unique_ptr<OutputDevice> Output::Lend(std::unique_ptr<OutputDevice> device) {
     const std::lock_guard lock(m_mutex);
-    if (device.get() == m_lent) {
-        m_lent = nullptr;
-    }
-    // Without a device to be heard the next stream tries anew: one may have been plugged in.
-    if (m_open && device->IsAudible()) {
-        m_kept = std::move(device);
-    }
+    m_lent = device.get();
+    return device;
+}
+
+/// Has the next stream get this device, closes the one kept until now.
+void Output::Keep(std::unique_ptr<OutputDevice> device, bool open) {
+    const std::lock_guard lock(m_mutex);
+    m_open = open;
+    m_kept.swap(device);
 }

@@ -28,14 +28,25 @@ public:
     /// @throws std::system_error when not even that can be made
     std::unique_ptr<OutputDevice> Acquire(const OutputFormat& format);
 
+    /// A stopped device that can be heard, in place of one that cannot; what is put in its place is
+    /// to be given back with Release.
+    /// @return null when there is still none
+    std::unique_ptr<OutputDevice> AcquireAudible(const OutputFormat& format);
+
     /// Gives a stopped device back.
     void Release(std::unique_ptr<OutputDevice> device);
 
 private:
+    void Keep(std::unique_ptr<OutputDevice> device, bool open);
+    std::unique_ptr<OutputDevice> Lend(std::unique_ptr<OutputDevice> device);
+
+    // Held while a device is opened or closed, which takes its time; taken before the other mutex.
+    std::mutex m_opening;
+    bool m_sdl = false; // SDL's audio is initialised
+
     // under the mutex
     std::mutex m_mutex;
     bool m_open = false;
-    bool m_sdl = false; // SDL's audio is initialised
     std::unique_ptr<OutputDevice> m_kept;
     const OutputDevice* m_lent = nullptr; // the last one acquired, until it is given back
 };

@@ -7,7 +7,7 @@
 namespace {
 
 /// Half a second: what a busy machine may keep the decoding waiting.
-std::int64_t Capacity(std::uint32_t rateHz) {
+std::int64_t CapacityFor(std::uint32_t rateHz) {
     return std::clamp<std::int64_t>(rateHz / 2, 8192, 262144);
 }
 
@@ -18,8 +18,9 @@ std::int64_t NowNanoseconds() {
 } // namespace
 
 PlaybackQueue::PlaybackQueue(const OutputFormat& format)
-    : m_format(format), m_ring(static_cast<std::size_t>(Capacity(format.rateHz)) * format.channels),
-      m_capacity(Capacity(format.rateHz)) {
+    : m_format(format),
+      m_ring(static_cast<std::size_t>(CapacityFor(format.rateHz)) * format.channels),
+      m_capacity(CapacityFor(format.rateHz)) {
 }
 
 void PlaybackQueue::Restart(std::int64_t position) {

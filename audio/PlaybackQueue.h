@@ -23,8 +23,10 @@ public:
     std::int64_t Room() const;
     /// @param samples  whole sample frames, no more than there is room for
     void Push(std::span<const std::int16_t> samples);
+    std::int64_t Capacity() const { return m_capacity; }
     /// Nothing comes after what was pushed.
     void MarkEnd();
+    bool Ended() const { return m_ended.load(); }
     /// Waits until the device has asked for samples, or Wake was called, since the last wait.
     void Await() { m_wake.acquire(); }
 

@@ -8,6 +8,7 @@
 namespace {
 
 constexpr std::int64_t kChunkSampleFrames = 2048;
+constexpr std::chrono::seconds kTryEvery{1}; // when a device is lost
 
 OutputFormat PlayedFormat(const AudioFormat& format) {
     return {format.rateHz, PlayedChannels(format.channels)};
@@ -60,6 +61,7 @@ bool PlayingStream::Play(bool restart) {
         m_thread = std::thread([self = shared_from_this()] { self->Run(); });
     }
     m_device = m_output.Acquire(PlayedFormat(Format()));
+    m_nextTry = Clock::now() + kTryEvery;
     BeginAt(restart || m_position >= Format().sampleFrames ? 0 : m_position);
     return true;
 }
@@ -105,38 +107,20 @@ void PlayingStream::Close() {
     }
 }
 
-/// Has the stopped device play from here.
+/// Has the stopped device play from here, as soon as there is something to play.
 void PlayingStream::BeginAt(std::int64_t sampleFrame) {
-    m_decoder->Seek(sampleFrame);
     m_queue.Restart(sampleFrame);
-    // 100 ms: a thread that begins late leaves no gap. The rest is queued meanwhile.
-    const std::int64_t enough = m_queue.Room() - Format().rateHz / 10;
-    while (m_queue.Room() > enough && PushNext()) {
-    }
-    m_device->Start(m_queue);
+    m_isStarted = false;
+    m_seekTo = sampleFrame;
+    ++m_turn;
     m_queue.Wake();
 }
 
 /// Lets go of the stopped device.
 void PlayingStream::Halt(std::int64_t position) {
-    m_output.Release(std::move(m_device));
+    ++m_turn;
     m_position = position;
-}
-
-/// Decodes some more into the queue.
-/// @return false when there is nothing more
-bool PlayingStream::PushNext() {
-    auto samples = m_decoder->Read(kChunkSampleFrames);
-    if (samples.empty()) {
-        m_queue.MarkEnd();
-        return false;
-    }
-    if (PlayedChannels(Format().channels) != Format().channels) {
-        FoldToStereo(samples, Format().channels, m_folded);
-        samples = m_folded;
-    }
-    m_queue.Push(samples);
-    return true;
+    m_output.Release(std::move(m_device));
 }
 
 /// The thread's life.
@@ -150,20 +134,74 @@ void PlayingStream::Run() {
 bool PlayingStream::FeedUntilEnd() {
     for (;;) {
         m_queue.Await();
-        const std::lock_guard lock(m_mutex);
+        Lock lock(m_mutex);
         if (m_closed) {
             return false;
         }
-        if (!m_device) {
-            continue;
-        }
-        if (m_queue.Drained()) {
+        if (m_device && m_queue.Drained()) {
             m_device->Stop();
             Halt(Format().sampleFrames);
             return true;
         }
-        while (m_queue.Room() >= kChunkSampleFrames && PushNext()) {
+        FillQueue(lock);
+        TryLostDevice(lock);
+    }
+}
+
+/// Decodes, while playing, until the queue is full or the end is in it.
+void PlayingStream::FillQueue(Lock& lock) {
+    // 100 ms: a thread that begins late leaves no gap. The rest is queued meanwhile.
+    const std::int64_t enough = m_queue.Capacity() - Format().rateHz / 10;
+    while (m_device && !m_closed && !m_queue.Ended() && m_queue.Room() >= kChunkSampleFrames) {
+        const unsigned turn = m_turn;
+        const std::int64_t seekTo = std::exchange(m_seekTo, -1);
+        lock.unlock();
+        const auto samples = Decode(seekTo);
+        lock.lock();
+        if (turn != m_turn) {
+            continue;
         }
+        samples.empty() ? m_queue.MarkEnd() : m_queue.Push(samples);
+        if (!m_isStarted && (samples.empty() || m_queue.Room() <= enough)) {
+            m_device->Start(m_queue);
+            m_isStarted = true;
+        }
+    }
+}
+
+/// The next samples as they are played; none at the end.
+/// @param seekTo  -1: those after the last ones
+std::span<const std::int16_t> PlayingStream::Decode(std::int64_t seekTo) {
+    if (seekTo >= 0) {
+        m_decoder->Seek(seekTo);
+    }
+    const auto samples = m_decoder->Read(kChunkSampleFrames);
+    if (PlayedChannels(Format().channels) == Format().channels) {
+        return samples;
+    }
+    FoldToStereo(samples, Format().channels, m_folded);
+    return m_folded;
+}
+
+/// Once a second looks for another device where the one that plays cannot be heard.
+void PlayingStream::TryLostDevice(Lock& lock) {
+    if (!m_device || m_device->IsAudible() || Clock::now() < m_nextTry) {
+        return;
+    }
+    lock.unlock();
+    auto device = m_output.AcquireAudible(PlayedFormat(Format()));
+    lock.lock();
+    m_nextTry = Clock::now() + kTryEvery;
+    if (device && m_device) {
+        m_device->Stop();
+        m_device.swap(device);
+        if (m_isStarted) {
+            m_device->Start(m_queue);
+        }
+    }
+    lock.unlock();
+    if (device) {
+        m_output.Release(std::move(device));
     }
 }
 

@@ -13,8 +13,8 @@ std::unique_ptr<SdlDevice> SdlDevice::Open(const OutputFormat& format) {
     wanted.freq = static_cast<int>(format.rateHz);
     wanted.format = AUDIO_S16SYS;
     wanted.channels = static_cast<Uint8>(format.channels);
-    // About 20 ms: soon stopped, and long enough for a busy machine.
-    wanted.samples = static_cast<Uint16>(std::bit_ceil(std::clamp(format.rateHz / 50, 64U, 8192U)));
+    // About 40 ms: soon stopped, and long enough for a busy machine; half of it left gaps there.
+    wanted.samples = static_cast<Uint16>(std::bit_ceil(std::clamp(format.rateHz / 25, 64U, 8192U)));
     wanted.callback = &SdlDevice::Callback;
     wanted.userdata = device.get();
     SDL_AudioSpec obtained{};
