@@ -22,6 +22,23 @@ bool Configure(mpg123_handle* handle, const FrameHeader& first) {
                          MPG123_ENC_SIGNED_16) == MPG123_OK;
 }
 
+/// Whether a frame is MPEG 1 Layer II, and its joint stereo begins above the highest subband that
+/// it has. libmpg123 writes a line to standard error about each of these, however quiet it is told
+/// to be.
+bool IsJointAboveItsBands(const std::uint8_t* frame) {
+    constexpr std::uint32_t kJointStereo = 1;
+    constexpr std::uint32_t kLastFewBands = 6; // bitrate index: 48 kbit/s a channel
+    constexpr std::uint32_t kRate32000 = 2;
+    if ((frame[1] & 0x1EU) != 0x1C || frame[3] >> 6 != kJointStereo ||
+        frame[2] >> 4 > kLastFewBands) {
+        return false;
+    }
+    // ISO/IEC 11172-3, 2.4.2.3 and tables B.2c and B.2d.
+    const std::uint32_t bound = 4 * ((frame[3] >> 4 & 3U) + 1);
+    const std::uint32_t subbands = (frame[2] >> 2 & 3U) == kRate32000 ? 12 : 8;
+    return bound > subbands;
+}
+
 /// A frame of the same stream that holds nothing, for both channels.
 std::vector<std::uint8_t> EmptyFrame(const FrameHeader& first) {
     constexpr unsigned kBitrateIndex = 9; // has room for the side information at every rate
@@ -97,6 +114,11 @@ void FrameDecoder::FillReservoir(const std::uint8_t* frame, const FrameHeader& h
 }
 
 bool FrameDecoder::TryDecode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples) {
+    if (IsJointAboveItsBands(frame)) {
+        m_muted.assign(frame, frame + bytes);
+        m_muted[3] &= 0x0F; // plain stereo, which is the same
+        frame = m_muted.data();
+    }
     if (mpg123_feed(m_handle.get(), frame, bytes) != MPG123_OK) {
         return false;
     }

@@ -48,6 +48,6 @@ private:
     std::size_t m_samplesPerFrame;
     std::vector<std::uint8_t> m_empty;   // a frame that holds nothing
     std::uint32_t m_reservoirBytes = 0;  // filled since the decoder was cleared
-    std::vector<std::uint8_t> m_muted;   // a frame without sound
-    std::vector<std::int16_t> m_dropped; // and what it decodes to
+    std::vector<std::uint8_t> m_muted;   // a frame that was changed
+    std::vector<std::int16_t> m_dropped; // what is not wanted
 };

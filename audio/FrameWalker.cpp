@@ -51,23 +51,15 @@ bool FrameWalker::TakeNear(std::int64_t expected) {
     return false;
 }
 
-/// Takes the first frame ahead, but rather one that is followed by another and begins inside it:
-/// the first was then bytes that only look like a header.
+/// Takes the first frame ahead that is followed by another one or by the stream's end: anything
+/// else may be bytes that only look like a header.
 bool FrameWalker::Search(std::int64_t expected) {
     const std::int64_t begin = expected + kToleranceBytes + 1;
-    std::int64_t limit = std::min(expected + MpegStream::kSearchBytes, m_stream.endBytes);
-    std::int64_t unconfirmed = -1;
+    const std::int64_t limit = std::min(expected + MpegStream::kSearchBytes, m_stream.endBytes);
     for (std::int64_t offset = begin; offset <= limit; ++offset) {
-        if (!Take(offset)) {
-            continue;
-        }
-        if (IsFollowed(m_window, m_stream, offset, m_header)) {
+        if (Take(offset) && IsFollowed(m_window, m_stream, offset, m_header)) {
             return true;
         }
-        if (unconfirmed < 0) {
-            unconfirmed = offset;
-            limit = std::min(limit, m_next - 1);
-        }
     }
-    return unconfirmed >= 0 && Take(unconfirmed);
+    return false;
 }

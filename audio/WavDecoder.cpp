@@ -9,17 +9,14 @@ namespace {
 constexpr std::int64_t kBufferSampleFrames = 4096;
 constexpr int kMaxRateHz = 1'000'000; // nothing records faster; a damaged header may say so
 
-std::int16_t FromFloat(float sample) {
-    const float scaled = sample * 32768.0F;
-    if (!(scaled > -32768.0F)) {
+/// From 32 or 64 bits; the product is exact, and so rounded only once.
+template <typename Float>
+std::int16_t FromFloat(Float sample) {
+    const Float scaled = sample * Float{32768};
+    if (!(scaled > Float{-32768})) {
         return std::isnan(scaled) ? std::int16_t{0} : std::int16_t{-32768};
     }
-    return static_cast<std::int16_t>(std::lrint(std::min(scaled, 32767.0F)));
-}
-
-bool IsFloat(int format) {
-    const int subtype = format & SF_FORMAT_SUBMASK;
-    return subtype == SF_FORMAT_FLOAT || subtype == SF_FORMAT_DOUBLE;
+    return static_cast<std::int16_t>(std::lrint(std::min(scaled, Float{32767})));
 }
 
 bool IsWav(int format) {
@@ -75,15 +72,16 @@ std::unique_ptr<WavDecoder> WavDecoder::Open(std::shared_ptr<const File> file) {
     }
     const AudioFormat format{static_cast<std::uint32_t>(info.samplerate),
                              static_cast<std::uint32_t>(info.channels), info.frames};
-    return std::unique_ptr<WavDecoder>(
-        new WavDecoder(std::move(input), std::move(handle), format, IsFloat(info.format)));
+    return std::unique_ptr<WavDecoder>(new WavDecoder(std::move(input), std::move(handle), format,
+                                                      info.format & SF_FORMAT_SUBMASK));
 }
 
 WavDecoder::WavDecoder(std::unique_ptr<Input> input, Handle handle, const AudioFormat& format,
-                       bool isFloat)
+                       int subtype)
     : m_input(std::move(input)), m_handle(std::move(handle)), m_format(format),
       m_samples(static_cast<std::size_t>(kBufferSampleFrames * format.channels)),
-      m_floats(isFloat ? m_samples.size() : 0) {
+      m_floats(subtype == SF_FORMAT_FLOAT ? m_samples.size() : 0),
+      m_doubles(subtype == SF_FORMAT_DOUBLE ? m_samples.size() : 0) {
 }
 
 std::unique_ptr<Decoder> WavDecoder::ForRandomAccess() const {
@@ -117,11 +115,17 @@ std::span<const std::int16_t> WavDecoder::Read(std::int64_t maxSampleFrames) {
 }
 
 std::int64_t WavDecoder::ReadInto(std::int64_t sampleFrames) {
-    if (m_floats.empty()) {
-        return sf_readf_short(m_handle.get(), m_samples.data(), sampleFrames);
+    const auto convert = [this](const auto& from, std::int64_t read) {
+        const std::int64_t count = std::max(read, std::int64_t{0}) * m_format.channels;
+        std::transform(from.begin(), from.begin() + count, m_samples.begin(),
+                       [](auto sample) { return FromFloat(sample); });
+        return read;
+    };
+    if (!m_doubles.empty()) {
+        return convert(m_doubles, sf_readf_double(m_handle.get(), m_doubles.data(), sampleFrames));
     }
-    const std::int64_t read = sf_readf_float(m_handle.get(), m_floats.data(), sampleFrames);
-    std::transform(m_floats.begin(), m_floats.begin() + read * m_format.channels, m_samples.begin(),
-                   FromFloat);
-    return read;
+    if (!m_floats.empty()) {
+        return convert(m_floats, sf_readf_float(m_handle.get(), m_floats.data(), sampleFrames));
+    }
+    return sf_readf_short(m_handle.get(), m_samples.data(), sampleFrames);
 }

@@ -38,8 +38,7 @@ private:
     };
     static SF_VIRTUAL_IO Callbacks();
 
-    WavDecoder(std::unique_ptr<Input> input, Handle handle, const AudioFormat& format,
-               bool isFloat);
+    WavDecoder(std::unique_ptr<Input> input, Handle handle, const AudioFormat& format, int subtype);
     std::int64_t ReadInto(std::int64_t sampleFrames);
 
     std::unique_ptr<Input> m_input; // of the handle
@@ -47,5 +46,6 @@ private:
     AudioFormat m_format;
     std::int64_t m_position = 0; // in sample frames
     std::vector<std::int16_t> m_samples;
-    std::vector<float> m_floats; // empty for integer formats
+    std::vector<float> m_floats;   // empty but for 32-bit floating point
+    std::vector<double> m_doubles; // empty but for 64-bit floating point
 };

@@ -82,9 +82,11 @@ TEST_F(Decoding, WhatIsNoFrameIsLeftOut) {
     const std::string fake = frames.substr(0, 4) + std::string(100, '\x2A'); // would swallow one
     const std::string joint = Clip("joint-stereo-44100.mp3");
     const Mp3Builder header = Mp3Builder().Format({.bitrateKbps = 64, .channelMode = 1});
+    const std::string foreign = Mp3Builder().Frames(9).Bytes(); // of another stream
     std::string gaps;
-    for (std::size_t at = 0; at < frames.size(); at += kFrameBytes) {
-        gaps += frames.substr(at, kFrameBytes) + std::string(at / kFrameBytes * 7 % 600, '\x2A');
+    for (std::size_t at = 0; at < frames.size(); at += 2 * kFrameBytes) {
+        gaps +=
+            frames.substr(at, 2 * kFrameBytes) + std::string(at / kFrameBytes * 7 % 600, '\x2A');
     }
     std::string padded = frames; // by its header, not in fact
     padded[9 * kFrameBytes + 2] ^= 2;
@@ -92,10 +94,13 @@ TEST_F(Decoding, WhatIsNoFrameIsLeftOut) {
         {std::string(32768, '\0') + frames, frames},
         {std::string(32769, '\0') + frames, ""},
         {fake + frames + std::string(50, '\x2A') + fake + frames, frames + frames},
+        // What looks like a frame is one where another one follows, or the end.
+        {frames + foreign + fake + foreign + frames, frames + frames},
+        {frames + foreign + frames.substr(0, kFrameBytes), frames + frames.substr(0, kFrameBytes)},
         {frames + std::string(40'000, '\x2A') + frames, frames},
         {gaps, frames},
         {padded, frames},
-        {frames + Mp3Builder().Frames(9).Bytes() + frames, frames + frames}, // of another stream
+        {frames + foreign + frames, frames + frames},
         {frames.substr(0, kFrameBytes + 1), frames.substr(0, kFrameBytes)},
         {frames.substr(0, 10 * kFrameBytes - 1), frames.substr(0, 9 * kFrameBytes)},
         {std::string(4'000'000, '\xFF'), ""},
@@ -108,6 +113,21 @@ TEST_F(Decoding, WhatIsNoFrameIsLeftOut) {
     for (const auto& [mp3, audio] : cases) {
         SCOPED_TRACE(mp3.size());
         EXPECT_EQ(Decode(mp3), Decode(audio));
+    }
+}
+
+TEST_F(Decoding, OfLayer2WhoseJointStereoBeginsAboveItsBandsIsThatOfPlainStereoInSilence) {
+    const Samples plain = Decode(frames); // has eight subbands
+    for (const int bound : {8, 12, 16}) {
+        std::string joint = frames;
+        for (std::size_t at = 0; at < joint.size(); at += kFrameBytes) {
+            char& mode = joint[at + 3];
+            ASSERT_EQ(mode & 0xC0, 0);
+            mode = static_cast<char>(mode | 0x40 | (bound / 4 - 1) << 4);
+        }
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(Decode(joint), plain);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     }
 }
 
@@ -166,6 +186,13 @@ TEST_F(Decoding, OfEverySampleFormatOfAWav) {
         floats += WavBuilder::Number(4, std::bit_cast<std::uint32_t>(value));
     }
     EXPECT_EQ(decode(3, 4, floats), (Samples{16384, -32768, 32767, -32768, 1, 2, 0}));
+    std::string doubles; // the last one would be a half, and then 2, if it were rounded twice
+    for (const double value : {0.5, 1.0, -7.0, 1.6 / 32768, double{NAN}, 1.4999999999 / 32768}) {
+        const auto bits = std::bit_cast<std::uint64_t>(value);
+        doubles += WavBuilder::Number(4, static_cast<std::uint32_t>(bits)) +
+                   WavBuilder::Number(4, static_cast<std::uint32_t>(bits >> 32));
+    }
+    EXPECT_EQ(decode(3, 8, doubles), (Samples{16384, 32767, -32768, 2, 0, 1}));
     const WavBuilder wav{.channels = 3, .samples = WavBuilder::Pattern(6 * 20'000)};
     ExpectDecodesTo(Decode(wav.Bytes()), folder.Path("a"));
 }
