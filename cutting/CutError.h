@@ -6,6 +6,7 @@
 struct CutError {
     CutReason reason;
     int errorNumber = 0;
+    std::string path = {}; // the file at fault; empty for the source
 };
 
 /// A new cut begins, of which nothing bad is known.

@@ -18,10 +18,9 @@ bool IsSameFile(const char* a, const char* b) {
            first.st_ino == second.st_ino;
 }
 
-bool IsDevice(std::FILE* file) {
+bool IsDevice(const std::string& path) {
     struct stat status {};
-    return fstat(fileno(file), &status) == 0 &&
-           (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode));
+    return stat(path.c_str(), &status) == 0 && (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode));
 }
 
 } // namespace
@@ -47,8 +46,6 @@ OutputFile::~OutputFile() {
 }
 
 bool OutputFile::Close(bool cutSucceeded) {
-    // A device is not ours to delete.
-    const bool isDevice = IsDevice(m_file.get());
     const bool arrived = std::ferror(m_file.get()) == 0;
     const bool closed = std::fclose(m_file.release()) == 0;
     if (cutSucceeded && arrived && closed) {
@@ -57,8 +54,12 @@ bool OutputFile::Close(bool cutSucceeded) {
     if (!arrived || !closed) {
         SetCutFailure(CutReason::OutputNotWritable, m_path, errno);
     }
-    if (!isDevice) {
-        unlink(m_path.c_str());
-    }
+    RemoveOutput(m_path);
     return false;
+}
+
+void RemoveOutput(const std::string& path) {
+    if (!IsDevice(path)) {
+        unlink(path.c_str());
+    }
 }

@@ -29,3 +29,6 @@ private:
     std::unique_ptr<char[]> m_buffer; // the C library takes a larger one only when it is given one
     FilePointer m_file;
 };
+
+/// Deletes an output that was written before the cut failed; a device is not ours to delete.
+void RemoveOutput(const std::string& path);

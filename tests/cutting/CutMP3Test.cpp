@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <random>
 
 namespace {
 
@@ -154,6 +156,122 @@ TEST_F(CutMP3, FailsWhereTheRangeReachesAFrameThatIsCutShort) {
     EXPECT_FALSE(CutMP3File(m_source.c_str(), m_output.c_str(), 0.0F, 5.0F, true));
     EXPECT_TRUE(m_alerts.texts.starts_with("The source ends in the middle of a frame"));
     EXPECT_FALSE(std::filesystem::exists(m_output));
+}
+
+TEST_F(CutMP3, WholeFramesLeaveTheStumpOutAndSaySo) {
+    const auto plain = Mp3Builder().Id3v2(77).Xing(7, 9, 9 * kFrameBytes).Frames(9).Truncate(100);
+    const auto tagged = Mp3Builder().Frames(9).Frames(1).Truncate(100);
+    for (const Mp3Builder& source : {plain, tagged}) {
+        m_folder.Write("source.mp3", source.Bytes());
+        for (const bool keep : {true, false}) {
+            const float start = keep ? 4.0F : 0.0F;
+            const float end = keep ? 1e9F : 4.0F;
+            EXPECT_TRUE(CutMP3WholeFrames(m_source.c_str(), m_output.c_str(), start * kFrameSeconds,
+                                          end * kFrameSeconds, keep));
+            EXPECT_TRUE(TemporaryFolder::Read(m_output).ends_with(
+                keep ? FramesOf(source, "FGHI") : FramesOf(source, "BFGHI")));
+            EXPECT_EQ(CutWarnings(), std::vector{CutWarning::LastFrameLeftOut});
+        }
+    }
+    EXPECT_FALSE(CutMP3WholeFrames(m_source.c_str(), m_output.c_str(), 10.0F, 11.0F, true));
+    EXPECT_EQ(CutFailure(), (CutProblem{CutReason::NoAudioInRange, m_source}));
+    EXPECT_EQ(m_alerts.texts, "");
+}
+
+TEST_F(CutMP3, WarnsOfAHeaderThatMiscountsAndOfAnotherFormat) {
+    const auto warnings = [&](const Mp3Builder& source, float end, bool keep) {
+        m_folder.Write("source.mp3", source.Bytes());
+        EXPECT_TRUE(
+            CutMP3WholeFrames(m_source.c_str(), m_output.c_str(), 0.0F, end * kFrameSeconds, keep));
+        return CutWarnings();
+    };
+    using Warnings = std::vector<CutWarning>;
+    for (const unsigned int count : {0U, 19U, 20U, 21U, 40U}) {
+        SCOPED_TRACE(count);
+        const auto source = Mp3Builder().Xing(7, count, 9).Frames(20);
+        const Warnings all =
+            count == 0 || count == 20 ? Warnings() : Warnings{CutWarning::FrameCountWrong};
+        EXPECT_EQ(warnings(source, 3.0F, false), all);
+        EXPECT_EQ(warnings(source, 1e9F, true), all);
+        EXPECT_EQ(warnings(source, 5.0F, true), Warnings());
+    }
+    const auto joined = Mp3Builder().Frames(9).Garbage(99).Format({.rateHz = 48000}).Frames(9);
+    EXPECT_EQ(warnings(joined, 99.0F, true), Warnings{CutWarning::FormatChanges});
+}
+
+// What CutMP3File writes is the law for each piece, whatever the others are.
+TEST_F(CutMP3, PiecesAreWhatACutOfEachWouldBe) {
+    const Mp3Builder sources[] = {
+        Mp3Builder().Id3v2(300).Xing(15, 400, 400 * kFrameBytes).Lame().Frames(400).Ape(99).Id3v1(),
+        Mp3Builder().Vbri(400, 400 * kFrameBytes).Frames(400),
+        Mp3Builder().Frames(200).Garbage(5000).Frames(200).Id3v1(),
+    };
+    std::mt19937 random(1); // NOLINT(cert-msc32-c, cert-msc51-cpp): the same every time
+    for (const Mp3Builder& source : sources) {
+        m_folder.Write("source.mp3", source.Bytes());
+        std::vector<CutPiece> pieces = {{m_folder.Path("end"), {2.0, 1e9}},
+                                        {m_folder.Path("all"), {-1.0, 1e9}}};
+        for (int i = 0; i < 60; ++i) {
+            const double start = static_cast<double>(random() % 10000) / 1000.0;
+            const double length =
+                static_cast<double>(random() % 2000) / (i % 2 == 0 ? 1000.0 : 1e4);
+            pieces.push_back({m_folder.Path(std::to_string(i)), {start, start + length}});
+        }
+        ASSERT_TRUE(CutMP3Pieces(m_source.c_str(), pieces)) << DescribeFailure(CutFailure());
+        EXPECT_EQ(CutWarnings(), std::vector<CutWarning>());
+        for (const auto& [path, range] : pieces) {
+            ASSERT_TRUE(CutMP3File(m_source.c_str(), m_output.c_str(),
+                                   static_cast<float>(range.start), static_cast<float>(range.end),
+                                   true));
+            EXPECT_TRUE(TemporaryFolder::Read(path) == TemporaryFolder::Read(m_output)) << path;
+        }
+        pieces.push_back({m_folder.Path("none"), {50.0, 60.0}});
+        EXPECT_FALSE(CutMP3Pieces(m_source.c_str(), pieces));
+        EXPECT_EQ(CutFailure(), (CutProblem{CutReason::NoAudioInRange, m_source}));
+        for (const CutPiece& piece : pieces) {
+            EXPECT_FALSE(std::filesystem::exists(piece.path));
+        }
+    }
+}
+
+TEST_F(CutMP3, AllButSeveralRangesKeepsEveryFrameThatTouchesNone) {
+    const struct {
+        std::vector<CutRange> ranges; // in frames
+        const char* expected;         // of twelve frames, B to M, behind the first one
+    } cases[] = {
+        {{{2.5, 6.5}}, "BCDIJKLM"},
+        {{{8.0, 10.0}, {2.5, 4.5}}, "BCDGHIJLM"},
+        {{{2.5, 4.5}, {4.5, 6.5}, {3.0, 3.5}}, "BCDIJKLM"},
+        {{{0.0, 3.5}, {9.5, 99.0}}, "BFGHIJK"},
+        {{{1.2, 1.4}}, "BCDEFGHIJKLM"},
+        {{}, "BCDEFGHIJKLM"},
+    };
+    const auto headed = Mp3Builder().Id3v2(77).Xing(15, 12, 12 * kFrameBytes).Frames(12).Id3v1();
+    const auto plain = Mp3Builder().Frames(12);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(&c - cases);
+        std::vector<CutRange> ranges = c.ranges;
+        for (CutRange& range : ranges) {
+            range.start *= static_cast<double>(kFrameSeconds);
+            range.end *= static_cast<double>(kFrameSeconds);
+        }
+        const auto cut = [&](const Mp3Builder& source) {
+            m_folder.Write("source.mp3", source.Bytes());
+            EXPECT_TRUE(CutMP3AllBut(m_source.c_str(), m_output.c_str(), ranges));
+            EXPECT_EQ(CutWarnings(), std::vector<CutWarning>());
+            return TemporaryFolder::Read(m_output);
+        };
+        const std::string audio = FramesOf(headed, c.expected);
+        const auto count = static_cast<unsigned int>(audio.size() / kFrameBytes);
+        const std::string output = cut(headed);
+        EXPECT_TRUE(output.ends_with(audio + headed.BytesOf(headed.TagExtents()[1])));
+        EXPECT_NE(output.find(BigEndian(count) + BigEndian(count * kFrameBytes)),
+                  std::string::npos);
+        // There the first frame is one like the others.
+        std::string names = c.expected;
+        std::ranges::for_each(names, [](char& name) { --name; });
+        EXPECT_TRUE(cut(plain) == FramesOf(plain, names));
+    }
 }
 
 } // namespace
