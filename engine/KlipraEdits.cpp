@@ -51,7 +51,7 @@ bool Klipra::CutToFile(bool keep, const std::string& source, const std::string& 
     case FormatType::WAV:
         return CutWAVFile(source.c_str(), output.c_str(), lo, hi, keep);
     case FormatType::MP3:
-        return CutMP3File(source.c_str(), output.c_str(), lo, hi, keep);
+        return CutMP3WholeFrames(source.c_str(), output.c_str(), lo, hi, keep);
     }
     return false;
 }
