@@ -63,6 +63,7 @@ bool KlipraMac::CopyFile(const std::string& from, const std::string& to) {
 void KlipraMac::ErrorMsg(int code) {
     switch (code) {
     case kErrorLoad:
+        DropWaveImage(); // the one that is there shows another entry
         ShowErrorMsg("コンテンツのロードに失敗しました。");
         break;
     case kErrorSave:

@@ -112,6 +112,7 @@ private:
     std::string ProposeOutputName(const std::string& folder);
     const char* GetExtension() const { return formatType == FormatType::MP3 ? "mp3" : "wav"; }
 
+    void DropWaveImage();
     bool AllocateImage();
     void ComputeScale();
     void StartScan(const std::string& path);

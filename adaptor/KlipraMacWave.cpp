@@ -27,7 +27,7 @@ bool KlipraMac::CreateWaveImage() {
     if (item == nullptr) {
         return false;
     }
-    StopScan();
+    DropWaveImage();
     if (!AllocateImage()) {
         return false;
     }
@@ -39,10 +39,14 @@ bool KlipraMac::CreateWaveImage() {
     return true;
 }
 
-bool KlipraMac::AllocateImage() {
+void KlipraMac::DropWaveImage() {
+    StopScan();
     waveContext.reset();
     wavePixels.reset();
     imageSize = {};
+}
+
+bool KlipraMac::AllocateImage() {
     if (waveSize.width < 1 || waveSize.width > kMaxWaveWidth || waveSize.height < 1 ||
         waveSize.height > kWaveHeight) {
         return false;
@@ -66,8 +70,9 @@ void KlipraMac::ComputeScale() {
     bytesPerPixel = static_cast<unsigned int>(std::min(
         std::max(streamBytes / static_cast<QWORD>(imageSize.width), leastBytes), kMostBytes));
     const auto visibleWidth = static_cast<QWORD>(std::max(drawSize.width, 1));
-    maxZoom = static_cast<int>(
-        std::min(streamBytes / visibleWidth / leastBytes, static_cast<QWORD>(kMaxZoom)));
+    // Nor wider than an image can be.
+    const QWORD mostZoom = std::min<QWORD>(kMaxZoom, kMaxWaveWidth / visibleWidth);
+    maxZoom = static_cast<int>(std::min(streamBytes / visibleWidth / leastBytes, mostZoom));
 }
 
 void KlipraMac::StartScan(const std::string& path) {

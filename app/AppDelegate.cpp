@@ -60,6 +60,7 @@ void AppDelegate::SetUpStrip() {
     dark.setColor(QPalette::Base, Qt::black);
     dark.setColor(QPalette::Button, QColor(0x3A, 0x3D, 0x40));
     m_ui->waveScrollArea->setPalette(dark);
+    m_ui->waveScrollArea->SetStrip(m_ui->waveView);
     m_ui->mainView->setFocus();
 }
 
@@ -75,6 +76,9 @@ void AppDelegate::SetUpStatusBar() {
         label->setContentsMargins(kMargin, 0, kMargin, 0);
         m_ui->statusBar->addWidget(label);
     }
+    m_messageLabel->setObjectName("messageLabel");
+    m_messageLabel->setContentsMargins(kMargin, 0, kMargin, 0);
+    m_ui->statusBar->addWidget(m_messageLabel, 1);
     m_waveformLabel->setObjectName("waveformLabel");
     m_outputLabel->setObjectName("outputLabel");
     m_ui->statusBar->addPermanentWidget(m_waveformLabel);

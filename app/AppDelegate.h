@@ -137,6 +137,9 @@ private:
     void Redraw();
     void ShowPosition();
     void ShowStatus();
+    void StopPlayback();
+    /// What has come of a command; stays in the status bar until the next one.
+    void ShowMessage(const QString& text);
     void SwitchPlayControls(bool isPlaying);
     void EnableUndo();
     void SelectedEntryDidChange(int id);
@@ -153,6 +156,7 @@ private:
     QLabel* const m_fileLabel = new QLabel;
     QLabel* const m_rangeLabel = new QLabel;
     QLabel* const m_scenesLabel = new QLabel;
+    QLabel* const m_messageLabel = new QLabel;
     QLabel* const m_waveformLabel = new QLabel;
     QLabel* const m_outputLabel = new QLabel; // shown where there is no audio output
 

@@ -19,53 +19,53 @@ constexpr int kNoEntry = -1; // to the outline: the selection stays
 
 void AppDelegate::ConnectCommands() {
     struct Control {
-        const char* button; // none: null
-        const char* menuItem;
+        QAbstractButton* button; // none: null
+        QAction* menuItem;       // none: null
         Command command;
     };
-    static constexpr Control kControls[] = {
-        {"PlayButton", nullptr, &AppDelegate::PlayBtnClick},
-        {"StopButton", nullptr, &AppDelegate::StopBtnClick},
-        {nullptr, "PlayOrStopMenu", &AppDelegate::PlayOrStopMenuClick},
-        {"BeginButton", "BeginMenu", &AppDelegate::BeginBtnClick},
-        {"LastButton", "LastMenu", &AppDelegate::LastBtnClick},
-        {"SetStartButton", "SetStartMenu", &AppDelegate::SetStartBtnClick},
-        {"SetEndButton", "SetEndMenu", &AppDelegate::SetEndBtnClick},
-        {"DetectButton", "DetectMenu", &AppDelegate::DetectBtnClick},
-        {"ScNextButton", "ScNextMenu", &AppDelegate::ScNextBtnClick},
-        {"ScBackButton", "ScBackMenu", &AppDelegate::ScBackBtnClick},
-        {nullptr, "MoveMenu", &AppDelegate::MoveMenuClick},
-        {"ToolButton", nullptr, &AppDelegate::ToolBtnClick},
-        {nullptr, "PreferenceMenu", &AppDelegate::ShowPreferenceClick},
-        {"CutExtButton", "CutExtMenu", &AppDelegate::CutExtBtnClick},
-        {"CutDelButton", "CutDelMenu", &AppDelegate::CutDelBtnClick},
-        {nullptr, "CutUndoMenu", &AppDelegate::CutUndoMenuClick},
-        {"SplitButton", "SplitMenu", &AppDelegate::SplitButtonClick},
-        {"SaveRangeButton", "SaveRangeMenu", &AppDelegate::SaveRangeBtnClick},
-        {"SaveButton", "SaveMenu", &AppDelegate::SaveBtnClick},
-        {nullptr, "CloseMenu", &AppDelegate::CloseBtnClick},
-        {nullptr, "QuitMenu", &AppDelegate::CloseBtnClick},
-        {nullptr, "AboutMenu", &AppDelegate::AboutMenuClick},
-        {nullptr, "ZoomInMenu", &AppDelegate::ZoomInMenuClick},
-        {nullptr, "ZoomOutMenu", &AppDelegate::ZoomOutMenuClick},
-        {nullptr, "Zoom1Menu", &AppDelegate::Zoom1MenuClick},
-        {nullptr, "Zoom2Menu", &AppDelegate::Zoom2MenuClick},
-        {nullptr, "Zoom5Menu", &AppDelegate::Zoom5MenuClick},
-        {nullptr, "Zoom10Menu", &AppDelegate::Zoom10MenuClick},
-        {nullptr, "Zoom20Menu", &AppDelegate::Zoom20MenuClick},
-        {nullptr, "Zoom50Menu", &AppDelegate::Zoom50MenuClick},
-        {nullptr, "Zoom100Menu", &AppDelegate::Zoom100MenuClick},
+    const Control controls[] = {
+        {m_ui->PlayButton, nullptr, &AppDelegate::PlayBtnClick},
+        {m_ui->StopButton, nullptr, &AppDelegate::StopBtnClick},
+        {nullptr, m_ui->PlayOrStopMenu, &AppDelegate::PlayOrStopMenuClick},
+        {m_ui->BeginButton, m_ui->BeginMenu, &AppDelegate::BeginBtnClick},
+        {m_ui->LastButton, m_ui->LastMenu, &AppDelegate::LastBtnClick},
+        {m_ui->SetStartButton, m_ui->SetStartMenu, &AppDelegate::SetStartBtnClick},
+        {m_ui->SetEndButton, m_ui->SetEndMenu, &AppDelegate::SetEndBtnClick},
+        {m_ui->DetectButton, m_ui->DetectMenu, &AppDelegate::DetectBtnClick},
+        {m_ui->ScNextButton, m_ui->ScNextMenu, &AppDelegate::ScNextBtnClick},
+        {m_ui->ScBackButton, m_ui->ScBackMenu, &AppDelegate::ScBackBtnClick},
+        {nullptr, m_ui->MoveMenu, &AppDelegate::MoveMenuClick},
+        {m_ui->ToolButton, nullptr, &AppDelegate::ToolBtnClick},
+        {nullptr, m_ui->PreferenceMenu, &AppDelegate::ShowPreferenceClick},
+        {m_ui->CutExtButton, m_ui->CutExtMenu, &AppDelegate::CutExtBtnClick},
+        {m_ui->CutDelButton, m_ui->CutDelMenu, &AppDelegate::CutDelBtnClick},
+        {nullptr, m_ui->CutUndoMenu, &AppDelegate::CutUndoMenuClick},
+        {m_ui->SplitButton, m_ui->SplitMenu, &AppDelegate::SplitButtonClick},
+        {m_ui->SaveRangeButton, m_ui->SaveRangeMenu, &AppDelegate::SaveRangeBtnClick},
+        {m_ui->SaveButton, m_ui->SaveMenu, &AppDelegate::SaveBtnClick},
+        {nullptr, m_ui->CloseMenu, &AppDelegate::CloseBtnClick},
+        {nullptr, m_ui->QuitMenu, &AppDelegate::CloseBtnClick},
+        {nullptr, m_ui->AboutMenu, &AppDelegate::AboutMenuClick},
+        {nullptr, m_ui->ZoomInMenu, &AppDelegate::ZoomInMenuClick},
+        {nullptr, m_ui->ZoomOutMenu, &AppDelegate::ZoomOutMenuClick},
+        {nullptr, m_ui->Zoom1Menu, &AppDelegate::Zoom1MenuClick},
+        {nullptr, m_ui->Zoom2Menu, &AppDelegate::Zoom2MenuClick},
+        {nullptr, m_ui->Zoom5Menu, &AppDelegate::Zoom5MenuClick},
+        {nullptr, m_ui->Zoom10Menu, &AppDelegate::Zoom10MenuClick},
+        {nullptr, m_ui->Zoom20Menu, &AppDelegate::Zoom20MenuClick},
+        {nullptr, m_ui->Zoom50Menu, &AppDelegate::Zoom50MenuClick},
+        {nullptr, m_ui->Zoom100Menu, &AppDelegate::Zoom100MenuClick},
     };
-    for (const Control& control : kControls) {
-        const Command command = control.command;
+    for (const Control& control : controls) {
+        const auto run = [=, this](QObject* sender) {
+            ShowMessage({});
+            (this->*control.command)(sender);
+        };
         if (control.button != nullptr) {
-            auto* const button = window.findChild<QAbstractButton*>(control.button);
-            connect(button, &QAbstractButton::clicked, this,
-                    [=, this] { (this->*command)(button); });
+            connect(control.button, &QAbstractButton::clicked, this, [=] { run(control.button); });
         }
         if (control.menuItem != nullptr) {
-            auto* const item = window.findChild<QAction*>(control.menuItem);
-            connect(item, &QAction::triggered, this, [=, this] { (this->*command)(item); });
+            connect(control.menuItem, &QAction::triggered, this, [=] { run(control.menuItem); });
         }
     }
     // Plus needs the shift key on most keyboards: the keys that bear it count without it too.
@@ -117,6 +117,11 @@ void AppDelegate::DetectBtnClick(QObject* /*sender*/) {
     }
     EnableSceneChangeMoveButton();
     ShowPosition();
+    if (pKlipraMac->channel != 0 && pKlipraMac->sceneChangePositions.empty()) {
+        ShowMessage(tr("無音部分は見つかりませんでした（レベル %1 未満が %2 秒以上）")
+                        .arg(static_cast<double>(pKlipraMac->thresholdLevel))
+                        .arg(static_cast<double>(pKlipraMac->thresholdTime)));
+    }
 }
 
 void AppDelegate::ScNextBtnClick(QObject* /*sender*/) {
@@ -150,11 +155,13 @@ void AppDelegate::ShowPreferenceClick(QObject* /*sender*/) {
 }
 
 void AppDelegate::CutExtBtnClick(QObject* /*sender*/) {
+    StopPlayback();
     const LongWork work(*m_ui->statusBar, "抽出しています…");
     pKlipraMac->Cut(true);
 }
 
 void AppDelegate::CutDelBtnClick(QObject* /*sender*/) {
+    StopPlayback();
     {
         const LongWork work(*m_ui->statusBar, "削除しています…");
         pKlipraMac->Cut(false);
@@ -167,9 +174,14 @@ void AppDelegate::CutUndoMenuClick(QObject* /*sender*/) {
 }
 
 void AppDelegate::SplitButtonClick(QObject* /*sender*/) {
+    StopPlayback();
+    const int parentId = pKlipraMac->currentHistoryId;
     const LongWork work(*m_ui->statusBar, "分割しています…");
     if (!pKlipraMac->Split()) {
-        refreshHistoryOutlineView(kNoEntry); // what was split before is gone from the tree already
+        // What was split before is gone from the tree already. Of the pieces written now the last
+        // one is current, but what is heard and seen is still what was to be split.
+        pKlipraMac->SelectHistory(parentId);
+        refreshHistoryOutlineView(parentId);
     }
 }
 

@@ -6,6 +6,8 @@
 
 #include <QThread>
 
+#include <algorithm>
+
 void AppDelegate::enableTimer() {
     myTimer.start();
 }
@@ -46,6 +48,16 @@ void AppDelegate::ShowPosition() {
     m_ui->waveScrollArea->Follow();
 }
 
+void AppDelegate::ShowMessage(const QString& text) {
+    m_messageLabel->setText(text);
+}
+
+void AppDelegate::StopPlayback() {
+    if (pKlipraMac->playing) {
+        pKlipraMac->PlayStop();
+    }
+}
+
 void AppDelegate::ShowStatus() {
     const StatusTexts texts = MakeStatusTexts(*pKlipraMac);
     const std::pair<QLabel*, const std::string*> labels[] = {{m_fileLabel, &texts.file},
@@ -69,10 +81,7 @@ void AppDelegate::Zoom(int factor) {
     for (std::size_t i = 0; i < items.size(); ++i) {
         items[i]->setChecked(kZoomFactors[i] == factor);
     }
-    const int width = factor * m_ui->mainView->width();
-    m_ui->waveView->setWaveSize(width);
-    pKlipraMac->SetWaveSize(width);
-    pKlipraMac->CreateWaveImage();
+    m_ui->waveView->LayOut(factor * m_ui->mainView->width());
 }
 
 void AppDelegate::enableZoomMenu() {
@@ -108,6 +117,9 @@ void AppDelegate::EnablePlayStopButton(bool isPlaying) {
 void AppDelegate::SwitchPlayControls(bool isPlaying) {
     m_ui->PlayButton->setEnabled(!isPlaying);
     m_ui->StopButton->setEnabled(isPlaying);
+    if (!isPlaying && pKlipraMac->GetWaveContext()) {
+        Redraw(); // where it has stopped, and not where the last tick has seen it
+    }
 }
 
 void AppDelegate::EnableSaveButton() {
@@ -134,6 +146,9 @@ void AppDelegate::refreshHistoryOutlineView(int id) {
 }
 
 void AppDelegate::SelectedEntryDidChange(int id) {
+    if (id != pKlipraMac->currentHistoryId) {
+        StopPlayback();
+    }
     pKlipraMac->SelectHistory(id);
     EnableUndo();
     Redraw();
@@ -149,6 +164,6 @@ void AppDelegate::handleKeyCode(std::uint16_t keyCode) {
 }
 
 void AppDelegate::goAtPosition(double seconds) {
-    pKlipraMac->SetCurrentPositionInSeconds(seconds);
+    pKlipraMac->SetCurrentPositionInSeconds(std::max(seconds, 0.0));
     ShowPosition();
 }

@@ -25,5 +25,8 @@ std::uint32_t MarkerColumn(unsigned long long position, unsigned int bytesPerPix
 /// to the left of it.
 int LabelLeft(std::uint32_t column, int waveWidth, int labelWidth);
 
-/// A time as minutes, seconds and milliseconds, such as 62:03.004.
+/// A time as minutes, seconds and milliseconds, such as 62:03.004: what the strip has room for.
 std::string TimeLabel(std::uint32_t milliseconds);
+
+/// A time as people say it, with hours where there are any: 1:02:03.004, 2:03.004.
+std::string ClockLabel(long long milliseconds);

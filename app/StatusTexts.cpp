@@ -8,7 +8,7 @@
 namespace {
 
 std::string TimeAt(const KlipraMac& klipra, unsigned long long position) {
-    return TimeLabel(static_cast<std::uint32_t>(klipra.PositionToMilliSeconds(position)));
+    return ClockLabel(klipra.PositionToMilliSeconds(position));
 }
 
 std::string FileText(const KlipraMac& klipra) {

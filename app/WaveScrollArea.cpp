@@ -3,23 +3,18 @@
 #include "app/WaveView.h"
 
 #include <QEvent>
-#include <QResizeEvent>
 #include <QScrollBar>
 #include <QStyle>
 
-#include <cmath>
-
-int WaveScroll::Keep(double share, int oldWidth, int newWidth, int scrolled, int visible) {
-    const double seenAt = share * oldWidth - scrolled;
-    const bool isSeen = seenAt >= 0.0 && seenAt <= visible;
-    return static_cast<int>(std::lround(share * newWidth - (isSeen ? seenAt : visible / 2.0)));
+int WaveScroll::Keep(int seenAt, int column, int visible) {
+    const bool wasSeen = seenAt >= 0 && seenAt < visible;
+    return column - (wasSeen ? seenAt : visible / 2);
 }
 
-int WaveScroll::Follow(double share, int width, int scrolled, int visible) {
-    constexpr double kMargin = 0.1; // of what is visible: the ear is a little behind the eye
-    const double at = share * width;
-    const bool isSeen = at >= scrolled && at < scrolled + visible;
-    return isSeen ? scrolled : static_cast<int>(std::lround(at - kMargin * visible));
+int WaveScroll::Follow(int column, int scrolled, int visible) {
+    constexpr int kMargin = 10; // parts of what is visible: the ear is a little behind the eye
+    const bool isSeen = column >= scrolled && column < scrolled + visible;
+    return isSeen ? scrolled : column - visible / kMargin;
 }
 
 WaveScrollArea::WaveScrollArea(QWidget* parent) : QScrollArea(parent) {
@@ -38,25 +33,18 @@ void WaveScrollArea::changeEvent(QEvent* event) {
     }
 }
 
-double WaveScrollArea::PositionShare() const {
-    return static_cast<const WaveView*>(widget())->GetPositionShare();
+void WaveScrollArea::SetStrip(WaveView* strip) {
+    m_strip = strip;
+    connect(strip, &WaveView::layoutWillChange, this,
+            [this] { m_seenAt = m_strip->GetPositionColumn() - horizontalScrollBar()->value(); });
+    connect(strip, &WaveView::layoutDidChange, this, [this] {
+        horizontalScrollBar()->setValue(
+            WaveScroll::Keep(m_seenAt, m_strip->GetPositionColumn(), viewport()->width()));
+    });
 }
 
 void WaveScrollArea::Follow() {
     QScrollBar* const bar = horizontalScrollBar();
     bar->setValue(
-        WaveScroll::Follow(PositionShare(), widget()->width(), bar->value(), viewport()->width()));
-}
-
-bool WaveScrollArea::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != widget() || event->type() != QEvent::Resize) {
-        return QScrollArea::eventFilter(watched, event);
-    }
-    const auto* const change = static_cast<QResizeEvent*>(event);
-    const int scrolled =
-        WaveScroll::Keep(PositionShare(), change->oldSize().width(), change->size().width(),
-                         horizontalScrollBar()->value(), viewport()->width());
-    const bool isHandled = QScrollArea::eventFilter(watched, event); // sets the bar's range
-    horizontalScrollBar()->setValue(scrolled);
-    return isHandled;
+        WaveScroll::Follow(m_strip->GetPositionColumn(), bar->value(), viewport()->width()));
 }

@@ -34,12 +34,24 @@ void WaveView::setWaveSize(int width) {
     resize(waveWidth, waveHeight);
 }
 
-double WaveView::GetPositionShare() const {
-    if (pKlipraMac == nullptr || pKlipraMac->channel == 0 || pKlipraMac->length == 0) {
-        return 0.0;
-    }
-    return static_cast<double>(pKlipraMac->GetCurrentPosition()) /
-           static_cast<double>(pKlipraMac->length);
+void WaveView::LayOut(int width) {
+    Q_EMIT layoutWillChange();
+    setWaveSize(width);
+    pKlipraMac->SetWaveSize(width);
+    pKlipraMac->CreateWaveImage();
+    Q_EMIT layoutDidChange();
+}
+
+// The last position is seen at the strip's edge, not behind it.
+int WaveView::ColumnOf(unsigned long long position) const {
+    const std::uint32_t last = static_cast<std::uint32_t>(std::max(waveWidth - 1, 0));
+    return static_cast<int>(std::min(MarkerColumn(position, pKlipraMac->bytesPerPixel), last));
+}
+
+int WaveView::GetPositionColumn() const {
+    const bool hasPosition =
+        pKlipraMac != nullptr && pKlipraMac->channel != 0 && pKlipraMac->bytesPerPixel != 0;
+    return hasPosition ? ColumnOf(pKlipraMac->GetCurrentPosition()) : 0;
 }
 
 void WaveView::paintEvent(QPaintEvent* event) {
@@ -81,20 +93,19 @@ void WaveView::DrawWave(QPainter& painter, const QRect& visible) const {
 
 void WaveView::DrawTimeLine(QPainter& painter, unsigned long long position,
                             const MarkerStyle& style) const {
-    // The last position is seen at the strip's edge, not behind it.
-    const std::uint32_t column = std::min(MarkerColumn(position, pKlipraMac->bytesPerPixel),
-                                          static_cast<std::uint32_t>(std::max(waveWidth - 1, 0)));
+    const int column = ColumnOf(position);
     const auto milliseconds =
         static_cast<std::uint32_t>(pKlipraMac->PositionToMilliSeconds(position));
     const QString label = QString::fromStdString(TimeLabel(milliseconds));
     const QSize labelSize = painter.fontMetrics().size(Qt::TextSingleLine, label);
     const QColor color = ColorOf(style.color);
-    painter.fillRect(static_cast<int>(column), 0, 1, waveHeight, color);
+    painter.fillRect(column, 0, 1, waveHeight, color);
     painter.setPen(color);
-    painter.drawText(QRect(QPoint(LabelLeft(column, waveWidth, labelSize.width()),
-                                  static_cast<int>(style.labelOffset)),
-                           labelSize),
-                     Qt::TextSingleLine, label);
+    painter.drawText(
+        QRect(QPoint(LabelLeft(static_cast<std::uint32_t>(column), waveWidth, labelSize.width()),
+                     static_cast<int>(style.labelOffset)),
+              labelSize),
+        Qt::TextSingleLine, label);
 }
 
 void WaveView::mousePressEvent(QMouseEvent* event) {
@@ -164,10 +175,7 @@ void WaveView::viewWillStartLiveResize() {
 void WaveView::viewDidEndLiveResize() {
     m_resizeEnd.stop();
     if (pKlipraMac != nullptr) {
-        const int width = pKlipraMac->zoom * parentWidget()->width();
-        setWaveSize(width);
-        pKlipraMac->SetWaveSize(width);
-        pKlipraMac->CreateWaveImage();
+        LayOut(pKlipraMac->zoom * parentWidget()->width());
     }
     resizing = false;
     update();

@@ -17,6 +17,8 @@ class QPainter;
 /// exceeds at zoom factors above 1: only what is visible is ever drawn. While the scroll area
 /// changes its width nothing is drawn; then the image is made anew for that width.
 class WaveView : public QWidget {
+    Q_OBJECT
+
 public:
     static constexpr int kWaveHeight = 201; ///< pixels of the strip, at the top of the view
 
@@ -31,12 +33,19 @@ public:
     /// Steps for the arrow keys' codes, then draws.
     void handleKeyCode(std::uint16_t keyCode);
 
-    /// The current position's place in the strip, 0 to 1; 0 without a stream.
-    double GetPositionShare() const;
+    /// The column that the current position is drawn in; 0 without a stream.
+    int GetPositionColumn() const;
+    /// Makes the strip this wide and has the wave image made anew for it.
+    void LayOut(int width);
 
     /// The window's width is changing, and has changed.
     void viewWillStartLiveResize();
     void viewDidEndLiveResize();
+
+Q_SIGNALS:
+    /// The strip is about to get another width, and has got it together with its image.
+    void layoutWillChange();
+    void layoutDidChange();
 
 protected:
     bool event(QEvent* event) override;
@@ -47,6 +56,7 @@ protected:
 
 private:
     void DrawWave(QPainter& painter, const QRect& visible) const;
+    int ColumnOf(unsigned long long position) const;
     void DrawTimeLine(QPainter& painter, unsigned long long position,
                       const MarkerStyle& style) const;
 

@@ -144,6 +144,7 @@ public:
     // Edits. Each makes new entries under the current one, the last of which is current and loaded
     // afterwards; false means a failure, which has been shown, or that there was nothing to do.
 
+    /// Fails where one of the cut positions is unset, as SaveRange does.
     /// @param keep  true: an entry that holds only the range of the cut positions; false: one that
     ///              holds everything else
     bool Cut(bool keep);
@@ -153,6 +154,8 @@ public:
     /// Writes the range of the cut positions to a file that the person names. A file that an entry
     /// uses is refused.
     void SaveRange();
+    /// Whether an entry has this file, under whatever name: it must not be saved over.
+    bool IsUsedByHistory(const std::string& path) const;
     /// Copies the current entry's file to one that the person names, and marks the entry saved. A
     /// file that an entry uses is refused.
     /// @param path  out: the file named, empty when the person cancels
@@ -230,8 +233,10 @@ protected:
                    unsigned long long start, unsigned long long end) const;
 
 private:
+    bool HasRange() const {
+        return cutPositions.start != kUnsetPosition && cutPositions.end != kUnsetPosition;
+    }
     HistoryItem* FindCurrentHistoryItem() { return FindHistoryItem(currentHistoryId); }
-    bool IsUsedByHistory(const std::string& path) const;
     std::vector<unsigned long long> SplitPoints() const;
     void FinishEdit();
     void MoveBy(double seconds);

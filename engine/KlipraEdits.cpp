@@ -76,7 +76,8 @@ bool Klipra::Cut(bool keep) {
     const int parentId = item->id;
     const std::string name = GetCurrentHistoryItemName() + "-1";
     const std::string target = MakeTargetPath(Suffix(name));
-    if (!CutExec(keep, item->path, target, cutPositions.start, cutPositions.end)) {
+    if (!HasRange() ||
+        !CutExec(keep, item->path, target, cutPositions.start, cutPositions.end)) {
         ErrorMsg(kErrorSave);
         return false;
     }
@@ -140,6 +141,10 @@ bool Klipra::Split() {
 void Klipra::SaveRange() {
     const HistoryItem* const item = FindCurrentHistoryItem();
     if (item == nullptr) {
+        return;
+    }
+    if (!HasRange()) {
+        ErrorMsg(kErrorSave);
         return;
     }
     const std::string output = QueryOutputPath();
