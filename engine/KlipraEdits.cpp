@@ -76,8 +76,7 @@ bool Klipra::Cut(bool keep) {
     const int parentId = item->id;
     const std::string name = GetCurrentHistoryItemName() + "-1";
     const std::string target = MakeTargetPath(Suffix(name));
-    if (!HasRange() ||
-        !CutExec(keep, item->path, target, cutPositions.start, cutPositions.end)) {
+    if (!HasRange() || !CutExec(keep, item->path, target, cutPositions.start, cutPositions.end)) {
         ErrorMsg(kErrorSave);
         return false;
     }

@@ -1,5 +1,9 @@
 #include "tests/app/Program.h"
 
+#include <QLabel>
+
+#include <filesystem>
+
 namespace {
 
 /// A program whose every command has something to do: the first four seconds are an entry, which is
@@ -88,6 +92,50 @@ TEST(Commands, PlayAndStop) {
     }
     program.Engine().SetCurrentPosition(program.Engine().length - 2'000);
     Await([&] { return program.Enabled() == "Play "; }); // said by the audio library's thread
+}
+
+TEST(Commands, ThatEditOrSelectEndPlaybackFirst) {
+    for (const QString command : {"CutExtMenu", "CutDelMenu", "SplitMenu", "CutUndoMenu"}) {
+        EditedProgram program;
+        program.Trigger("PlayButton");
+        program.Trigger(command);
+        EXPECT_TRUE(program.Enabled().starts_with("Play ")) << command.toStdString();
+        QTest::keyClick(program.Find("mainView"), Qt::Key_Space);
+        EXPECT_TRUE(program.Engine().playing) << command.toStdString();
+    }
+}
+
+TEST(Commands, ASplitThatFailsGoesBackToWhatWasToBeSplit) {
+    EditedProgram program;
+    const std::string before = program.State();
+    std::filesystem::create_directory(program.Engine().MakeTargetPath("1-2"));
+    program.Trigger("SplitMenu");
+    EXPECT_EQ(program.State(), "0 4000 1000 2000 #-1"); // from its beginning, with its marks
+    EXPECT_EQ(program.Engine().GetWaveContext()->GetSize().width,
+              program.Find("mainView")->width());
+    program.Trigger("CutDelMenu");
+    EXPECT_EQ(program.State(), "1000 3000 -1 -1 #-1-1");
+}
+
+TEST(Commands, SayWhatTheyDidNotFindAndGoNowhereOutside) {
+    Program program;
+    program.Engine().thresholdTime = 3.0F;
+    program.Trigger("DetectButton");
+    auto* const message = program.Find<QLabel>("messageLabel");
+    EXPECT_TRUE(message->text().startsWith("無音部分は見つかりませんでした"));
+    EXPECT_TRUE(message->text().contains("0.001") && message->text().contains("3"));
+    program.Trigger("LastButton");
+    EXPECT_EQ(message->text(), "");
+    program.delegate.goAtPosition(-0.5);
+    EXPECT_EQ(program.Engine().GetCurrentPosition(), 0);
+}
+
+TEST(Commands, AnEntryThatCannotBeLoadedShowsNoOther) {
+    EditedProgram program;
+    std::filesystem::resize_file(program.path, 40);
+    program.Trigger("CutUndoMenu");
+    EXPECT_FALSE(program.Engine().GetWaveContext());
+    EXPECT_EQ(program.desktop.texts, "コンテンツのロードに失敗しました。");
 }
 
 TEST(Commands, AreHarmlessWithoutAStream) {

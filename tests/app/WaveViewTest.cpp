@@ -1,3 +1,5 @@
+#include "app/WaveView.h"
+
 #include "app/Markers.h"
 #include "app/WaveScrollArea.h"
 #include "tests/app/Program.h"
@@ -41,7 +43,27 @@ TEST(WaveView, ColumnsMarkPositions) {
         QTest::mouseClick(strip, Qt::LeftButton, {}, QPoint(x, 200));
         EXPECT_EQ(program.Engine().GetCurrentPosition(), at(x));
     }
+    EXPECT_EQ(ClockLabel(3'599'999) + " " + ClockLabel(3'600'001) + " " + ClockLabel(36'754'000),
+              "59:59.999 1:00:00.001 10:12:34.000");
     EXPECT_EQ(TimeLabel(61'234) + " " + TimeLabel(3'723'004), "1:01.234 62:03.004");
+}
+
+TEST(WaveView, KeepsThePositionInViewWhereAColumnIsAsShortAsItCanBe) {
+    // The zoom is limited for the width at launch: a wider window has more columns than there are
+    // milliseconds, and the strip's right part stays empty.
+    Program program(SilentWav(7));
+    program.delegate.GetWindow()->resize(1600, 600);
+    Await([&] { return program.Engine().GetImageSize().width == 1600; });
+    auto* const area = program.Find<WaveScrollArea>("waveScrollArea");
+    auto* const strip = program.Find<WaveView>("waveView");
+    for (const int zoom : {7, 5, 6}) {
+        program.Engine().SetCurrentPosition(program.Engine().length * 3 / 4);
+        program.Engine().Zoom(zoom);
+        area->Follow();
+        const int seenAt = strip->GetPositionColumn() - area->horizontalScrollBar()->value();
+        EXPECT_TRUE(seenAt >= 0 && seenAt < area->viewport()->width()) << zoom << ' ' << seenAt;
+        EXPECT_EQ(Paint(strip, {strip->GetPositionColumn(), 200, 1, 1}).pixel(0, 0), 0xFFFFFFFF);
+    }
 }
 
 TEST(WaveView, ShowsTheFinishedColumnsOfItsNewWidthWhereverItIsScrolled) {
