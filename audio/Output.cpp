@@ -1,48 +1,18 @@
 #include "audio/Output.h"
 
-#include "audio/SdlDevice.h"
 #include "audio/SilentDevice.h"
-
-#define SDL_MAIN_HANDLED // SDL must not rename the program's main
-#include <SDL.h>
 
 #include <utility>
 
-namespace {
-
-bool InitialiseSdl() {
-    SDL_SetMainReady();
-    // Signals are the program's own business.
-    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Klipra");
-    return SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
-}
-
-/// SDL keeps some memory for each thread that deals with devices, and frees only that of its own
-/// threads by itself.
-void FreeSdlMemoryWithThisThread() {
-    struct Memory {
-        Memory() = default;
-        ~Memory() { SDL_TLSCleanup(); }
-        Memory(const Memory&) = delete;
-        Memory& operator=(const Memory&) = delete;
-    };
-    thread_local const Memory memory;
-    static_cast<void>(memory);
-}
-
-} // namespace
-
 bool Output::Open(const OutputFormat& format) {
-    FreeSdlMemoryWithThisThread();
     const std::lock_guard opening(m_opening);
-    if (!m_sdl) {
-        m_sdl = InitialiseSdl();
+    if (!m_system) {
+        m_system = LoadSoundSystem();
     }
     Keep(nullptr, true);
     std::unique_ptr<OutputDevice> device;
-    if (m_sdl) {
-        device = SdlDevice::Open(format);
+    if (m_system) {
+        device = m_system->OpenDevice(format);
     }
     const bool isAudible = device != nullptr;
     Keep(std::move(device), true);
@@ -57,10 +27,7 @@ bool Output::IsOpen() {
 void Output::Close() {
     const std::lock_guard opening(m_opening);
     Keep(nullptr, false);
-    if (m_sdl) {
-        SDL_QuitSubSystem(SDL_INIT_AUDIO);
-    }
-    m_sdl = false;
+    m_system.reset();
 }
 
 bool Output::IsAudible() {
@@ -77,7 +44,6 @@ std::unique_ptr<OutputDevice> Output::Acquire(const OutputFormat& format) {
 }
 
 std::unique_ptr<OutputDevice> Output::AcquireAudible(const OutputFormat& format) {
-    FreeSdlMemoryWithThisThread();
     const std::lock_guard opening(m_opening);
     std::unique_ptr<OutputDevice> device;
     {
@@ -86,15 +52,14 @@ std::unique_ptr<OutputDevice> Output::AcquireAudible(const OutputFormat& format)
     }
     if (!device || device->Format() != format || !device->IsAudible()) {
         device.reset(); // before another one is opened: some systems have but one
-        if (m_sdl) {
-            device = SdlDevice::Open(format);
+        if (m_system) {
+            device = m_system->OpenDevice(format);
         }
     }
     return device ? Lend(std::move(device)) : nullptr;
 }
 
 void Output::Release(std::unique_ptr<OutputDevice> device) {
-    FreeSdlMemoryWithThisThread();
     const std::lock_guard opening(m_opening);
     {
         const std::lock_guard lock(m_mutex);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/OutputDevice.h"
+#include "audio/SoundSystem.h"
 
 #include <memory>
 #include <mutex>
@@ -42,7 +43,7 @@ private:
 
     // Held while a device is opened or closed, which takes its time; taken before the other mutex.
     std::mutex m_opening;
-    bool m_sdl = false; // SDL's audio is initialised
+    std::unique_ptr<SoundSystem> m_system; // once it was opened
 
     // under the mutex
     std::mutex m_mutex;

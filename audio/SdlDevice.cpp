@@ -7,7 +7,25 @@
 #include <cstring>
 #include <utility>
 
+namespace {
+
+/// SDL keeps some memory for each thread that deals with devices, and frees only that of its own
+/// threads by itself.
+void FreeSdlMemoryWithThisThread() {
+    struct Memory {
+        Memory() = default;
+        ~Memory() { SDL_TLSCleanup(); }
+        Memory(const Memory&) = delete;
+        Memory& operator=(const Memory&) = delete;
+    };
+    thread_local const Memory memory;
+    static_cast<void>(memory);
+}
+
+} // namespace
+
 std::unique_ptr<SdlDevice> SdlDevice::Open(const OutputFormat& format) {
+    FreeSdlMemoryWithThisThread();
     std::unique_ptr<SdlDevice> device(new SdlDevice(format));
     SDL_AudioSpec wanted{};
     wanted.freq = static_cast<int>(format.rateHz);
@@ -23,6 +41,7 @@ std::unique_ptr<SdlDevice> SdlDevice::Open(const OutputFormat& format) {
 }
 
 SdlDevice::~SdlDevice() {
+    FreeSdlMemoryWithThisThread();
     if (m_device != 0) {
         SDL_CloseAudioDevice(m_device);
     }
