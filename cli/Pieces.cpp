@@ -13,7 +13,7 @@ bool WritePieces(const std::string& source, FormatType format, const std::vector
     std::ranges::transform(pieces, std::back_inserter(outputs), &Piece::output);
     const auto write = [&](std::size_t index, const std::string& path) {
         const Piece& piece = pieces[index];
-        auto* const cutter = format == FormatType::WAV ? CutWAVFile : CutMP3File;
+        auto* const cutter = format == FormatType::WAV ? CutWAVFile : CutMP3WholeFrames;
         return cutter(source.c_str(), path.c_str(), ToFloat(piece.ranges[0].begin),
                       ToFloat(piece.ranges[0].end), piece.keep);
     };
