@@ -29,7 +29,7 @@ const char* Text(CutReason reason) {
     case CutReason::NotWAV:
         return "not a WAV file";
     case CutReason::FormatNotFirst:
-        return "the WAV file does not begin with its format";
+        return "the WAV file does not tell its format before its samples";
     case CutReason::DamagedWAV:
         return "the format of the WAV file is damaged";
     case CutReason::NoData:
@@ -38,6 +38,8 @@ const char* Text(CutReason reason) {
         return "too many chunks before the samples";
     case CutReason::NotPCM:
         return "the samples of the WAV file are not PCM";
+    case CutReason::CompressedWAV:
+        return "the samples of the WAV file are compressed and cannot be cut";
     case CutReason::NoSamples:
         return "there are no samples in it";
     case CutReason::NoAudioInRange:

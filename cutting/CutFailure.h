@@ -17,6 +17,7 @@ enum class CutReason {
     NoData,             ///< a WAV that ends before its samples
     TooManyChunks,      ///< before the samples of a WAV
     NotPCM,             ///< samples of another format than the cutter takes
+    CompressedWAV,      ///< samples of a format that nobody here can cut
     NoSamples,          ///< a WAV without any
     NoAudioInRange,     ///< the range lies behind the audio
     NothingLeft,        ///< everything is cut out

@@ -126,27 +126,11 @@ void WritePieces(CMPAFile& file, const char* src, std::span<const CutPiece> piec
     EndWork();
 }
 
-// Those that touch become one.
-std::vector<CutRange> Merged(std::span<const CutRange> ranges) {
-    std::vector<CutRange> merged(ranges.begin(), ranges.end());
-    std::ranges::sort(merged, {}, &CutRange::start);
-    auto last = merged.begin();
-    for (auto range = merged.begin(); range != merged.end(); ++range) {
-        if (range->start <= last->end) {
-            last->end = std::max(last->end, range->end);
-        } else {
-            *++last = *range;
-        }
-    }
-    merged.erase(merged.empty() ? last : last + 1, merged.end());
-    return merged;
-}
-
 // The frames that are dropped, as half-open ranges of the frames behind the header's or, without
 // one, of all.
 std::vector<FrameRange> DroppedFrames(std::span<const CutRange> ranges, const CMPAHeader& header) {
     std::vector<FrameRange> dropped;
-    for (const CutRange& range : Merged(ranges)) {
+    for (const CutRange& range : MergedRanges(ranges)) {
         FrameRange frames(range, header);
         ++frames.start; // the one that it begins in stays
         if (frames.start < frames.end) {
