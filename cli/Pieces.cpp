@@ -3,7 +3,7 @@
 #include "cli/Operands.h"
 #include "cli/WriteOutputs.h"
 #include "cutting/CutMP3.h"
-#include "cutting/CutWAV.h"
+#include "cutting/CutWholeWAV.h"
 
 #include <algorithm>
 
@@ -13,9 +13,11 @@ bool WritePieces(const std::string& source, FormatType format, const std::vector
     std::ranges::transform(pieces, std::back_inserter(outputs), &Piece::output);
     const auto write = [&](std::size_t index, const std::string& path) {
         const Piece& piece = pieces[index];
-        auto* const cutter = format == FormatType::WAV ? CutWAVFile : CutMP3WholeFrames;
-        return cutter(source.c_str(), path.c_str(), ToFloat(piece.ranges[0].begin),
-                      ToFloat(piece.ranges[0].end), piece.keep);
+        const auto& [begin, end] = piece.ranges[0];
+        return format == FormatType::WAV
+                   ? CutAnyWAV(source.c_str(), path.c_str(), begin, end, piece.keep)
+                   : CutMP3WholeFrames(source.c_str(), path.c_str(), ToFloat(begin), ToFloat(end),
+                                       piece.keep);
     };
     return WriteOutputs(source, outputs, write);
 }

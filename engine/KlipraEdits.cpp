@@ -1,6 +1,6 @@
 #include "audio/bass.h"
 #include "cutting/CutMP3.h"
-#include "cutting/CutWAV.h"
+#include "cutting/CutWholeWAV.h"
 #include "engine/Klipra.h"
 #include "platform/FileReplacement.h"
 
@@ -41,17 +41,17 @@ bool Klipra::CutExec(bool keep, const std::string& source, const std::string& ta
 
 bool Klipra::CutToFile(bool keep, const std::string& source, const std::string& output,
                        unsigned long long start, unsigned long long end) const {
-    const auto [lo, hi] =
-        std::minmax({static_cast<float>(BASS_ChannelBytes2Seconds(channel, start)),
-                     static_cast<float>(BASS_ChannelBytes2Seconds(channel, end))});
-    if (lo < 0.0F) {
+    const auto [lo, hi] = std::minmax(
+        {BASS_ChannelBytes2Seconds(channel, start), BASS_ChannelBytes2Seconds(channel, end)});
+    if (lo < 0.0) {
         return false; // there is no stream to convert with
     }
     switch (formatType) {
     case FormatType::WAV:
-        return CutWAVFile(source.c_str(), output.c_str(), lo, hi, keep);
+        return CutAnyWAV(source.c_str(), output.c_str(), lo, hi, keep);
     case FormatType::MP3:
-        return CutMP3WholeFrames(source.c_str(), output.c_str(), lo, hi, keep);
+        return CutMP3WholeFrames(source.c_str(), output.c_str(), static_cast<float>(lo),
+                                 static_cast<float>(hi), keep);
     }
     return false;
 }
