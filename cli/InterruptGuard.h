@@ -1,17 +1,28 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
-/// Removes files when the program is interrupted, terminated or hung up on while this lives; the
-/// signal then takes its course. One at a time.
+/// While it lives, a signal that ends the program removes the files that it was told of first. A
+/// signal that was ignored when the program began (nohup) stays ignored. One at a time, on the main
+/// thread.
 class InterruptGuard {
 public:
-    explicit InterruptGuard(const std::vector<std::string>& paths);
+    InterruptGuard();
     InterruptGuard(const InterruptGuard&) = delete;
     InterruptGuard& operator=(const InterruptGuard&) = delete;
+    /// Signals do again what they did before; one that was put off ends the program now.
     ~InterruptGuard();
 
-    /// From now on such signals do nothing: for last steps that are quick and not to be half done.
-    static void HoldOff();
+    /// To be removed from now on.
+    void Add(const std::string& path);
+
+    /// Until this is called signals are put off, as files are being made that nobody knows yet.
+    /// @return false when there was one: whatever was made has to go
+    bool Begin();
+
+    /// From now on signals do nothing: for last steps that are quick and not to be half done.
+    void HoldOff();
+
+    /// Whether a signal was put off.
+    static bool IsInterrupted();
 };

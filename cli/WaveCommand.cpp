@@ -113,12 +113,13 @@ int RunWave(const Arguments& arguments) {
     if (!adaptor.Load() || !adaptor.Scan(zoom)) {
         return kFailed;
     }
-    const auto write = [&](std::size_t /*index*/, const std::string& path) {
-        const std::error_code error = WritePng(adaptor.GetImage(), path);
+    const auto write = [&](const std::vector<std::string>& paths, CutProgress& /*progress*/) {
+        const std::error_code error = WritePng(adaptor.GetImage(), paths.front());
         if (error) {
-            ReportError(output, error.message());
+            ReportError(output, "cannot be written: " + error.message());
         }
         return !error;
     };
-    return WriteOutputs(source, {output}, write) ? kDone : kFailed;
+    return WriteOutputs(source, {output}, arguments.Has(Option::NoReplace), write) ? kDone
+                                                                                   : kFailed;
 }

@@ -1,63 +1,35 @@
 #include "cli/WriteOutputs.h"
 
+#include "cli/Exchange.h"
 #include "cli/InterruptGuard.h"
+#include "cli/OutputTargets.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
 #include "cutting/CutFailure.h"
+#include "places/PrintableText.h"
 #include "platform/Desktop.h"
 #include "platform/FileReplacement.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cstdio>
 #include <deque>
-#include <filesystem>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
-// A link that the person names is a name for its file, which is what they want written.
-std::string FollowLink(const std::string& output) {
-    std::error_code error;
-    const std::filesystem::path target = std::filesystem::canonical(output, error);
-    return !error && std::filesystem::is_symlink(output, error) ? target.string() : output;
-}
-
-bool IsInput(const std::string& source, const std::string& output) {
-    std::error_code error;
-    return std::filesystem::equivalent(source, output, error);
-}
-
-bool MakeReplacements(const std::string& source, const std::vector<std::string>& outputs,
-                      std::deque<FileReplacement>& replacements) {
-    for (const std::string& output : outputs) {
-        if (IsInput(source, output)) {
-            ReportError(output, "this is the input itself");
-            return false;
-        }
-        const FileReplacement& replacement = replacements.emplace_back(output, source);
+/// Makes a new file for each target, and tells the guard of it.
+bool MakeReplacements(const std::string& source, const std::vector<std::string>& targets,
+                      InterruptGuard& guard, std::deque<FileReplacement>& replacements) {
+    for (const std::string& target : targets) {
+        const FileReplacement& replacement = replacements.emplace_back(target, source);
         if (replacement.GetPath().empty()) {
-            ReportError(output, replacement.GetError().message());
+            ReportError(target, replacement.GetError().message());
+            return false;
+        }
+        guard.Add(replacement.GetPath());
+        if (InterruptGuard::IsInterrupted()) {
             return false;
         }
     }
-    return true;
-}
-
-std::vector<std::string> Paths(const std::deque<FileReplacement>& replacements) {
-    std::vector<std::string> paths;
-    paths.reserve(replacements.size());
-    for (const FileReplacement& replacement : replacements) {
-        paths.push_back(replacement.GetPath());
-    }
-    return paths;
-}
-
-std::string DescribeOutput(const std::string& output, const std::string& writtenPath) {
-    std::error_code error;
-    const auto bytes = std::filesystem::file_size(writtenPath, error);
-    return "Writing " + output + ": " + std::to_string(error ? 0 : bytes / 1000000) + " MB";
+    return guard.Begin();
 }
 
 /// Whatever the cutters show stands in CutFailure too, in words and with the file at fault.
@@ -81,96 +53,38 @@ private:
     Desktop* m_before;
 };
 
-void ReportCutFailure(const std::string& source, const std::vector<std::string>& outputs,
+void ReportCutFailure(const std::string& source, const std::vector<std::string>& names,
                       const std::vector<std::string>& paths) {
     const CutProblem& problem = CutFailure();
+    if (problem.reason == CutReason::None) {
+        return; // it has been reported
+    }
     const auto path = std::ranges::find(paths, problem.path);
     const std::string& file =
-        path == paths.end() ? source : outputs[static_cast<std::size_t>(path - paths.begin())];
+        path == paths.end() ? source : names[static_cast<std::size_t>(path - paths.begin())];
     ReportError(file, DescribeFailure(problem));
 }
 
-bool WriteAll(const std::vector<std::string>& outputs, const std::vector<std::string>& paths,
-              const OutputWriter& write) {
-    std::atomic<std::size_t> current = 0; // main -> progress: the one being written
-    const SilentDesktop silence;
-    const Progress progress([&] { return DescribeOutput(outputs[current], paths[current]); });
-    for (std::size_t i = 0; i < outputs.size(); ++i) {
-        current = i;
-        if (!write(i, paths[i])) {
-            return false;
-        }
-    }
-    return true;
+std::string Describe(const std::vector<std::string>& names, const CutProgress& progress) {
+    const std::string more =
+        names.size() > 1 ? " and " + std::to_string(names.size() - 1) + " more" : "";
+    const long long all = std::max(progress.bytesInAll.load(), 1LL);
+    return "Writing " + Printable(names.front()) + more + ": " +
+           std::to_string(progress.bytesDone * 100 / all) + " %";
 }
 
-/// Puts new files into the places of their targets, and takes all of it back unless Keep is called.
-class Exchange {
-public:
-    Exchange() = default;
-    Exchange(const Exchange&) = delete;
-    Exchange& operator=(const Exchange&) = delete;
-    ~Exchange() {
-        for (const Step& step : m_steps) {
-            Undo(step);
-        }
-    }
+bool WriteAll(const std::vector<std::string>& names, const std::vector<std::string>& paths,
+              const OutputWriter& write) {
+    CutProgress cut;
+    const SilentDesktop silence;
+    const Progress progress([&] { return Describe(names, cut); });
+    return write(paths, cut);
+}
 
-    /// @param keepsOld  whether the old file can be brought back; not needed for the last one
-    /// @return false after a failure, which has been reported
-    bool Add(FileReplacement& replacement, const std::string& output, bool keepsOld) {
-        Step& step = m_steps.emplace_back(Step{output, replacement.GetPath() + "-old"});
-        step.hasOld = keepsOld && KeepOld(step);
-        step.isDone = replacement.Commit();
-        if (!step.isDone) {
-            ReportError(output, replacement.GetError().message());
-        }
-        return step.isDone;
-    }
-
-    void Keep() {
-        for (const Step& step : m_steps) {
-            unlink(step.oldPath.c_str());
-        }
-        m_steps.clear();
-    }
-
-private:
-    struct Step {
-        std::string output;
-        std::string oldPath;
-        bool hasOld = false;
-        bool isDone = false;
-    };
-
-    // By a second name, so that the old file is there all the time. It steps aside where there are
-    // no hard links, and where it belongs to someone else: a sticky folder would let us make the
-    // second name, but not remove it again.
-    static bool KeepOld(const Step& step) {
-        const char* const output = step.output.c_str();
-        const char* const old = step.oldPath.c_str();
-        struct stat status {};
-        return lstat(output, &status) == 0 &&
-               ((status.st_uid == geteuid() && link(output, old) == 0) ||
-                std::rename(output, old) == 0);
-    }
-
-    static void Undo(const Step& step) {
-        if (step.hasOld) {
-            std::rename(step.oldPath.c_str(), step.output.c_str());
-            unlink(step.oldPath.c_str()); // still there when both were the same file
-        } else if (step.isDone) {
-            unlink(step.output.c_str());
-        }
-    }
-
-    std::vector<Step> m_steps;
-};
-
-bool CommitAll(const std::vector<std::string>& outputs, std::deque<FileReplacement>& replacements) {
+bool CommitAll(const std::vector<std::string>& targets, std::deque<FileReplacement>& replacements) {
     Exchange exchange;
-    for (std::size_t i = 0; i < outputs.size(); ++i) {
-        if (!exchange.Add(replacements[i], outputs[i], i + 1 < outputs.size())) {
+    for (std::size_t i = 0; i < targets.size(); ++i) {
+        if (!exchange.Add(replacements[i], targets[i], i + 1 < targets.size())) {
             return false;
         }
     }
@@ -181,19 +95,22 @@ bool CommitAll(const std::vector<std::string>& outputs, std::deque<FileReplaceme
 } // namespace
 
 bool WriteOutputs(const std::string& source, const std::vector<std::string>& names,
-                  const OutputWriter& write) {
-    std::vector<std::string> outputs;
-    std::ranges::transform(names, std::back_inserter(outputs), FollowLink);
+                  bool replacesNothing, const OutputWriter& write) {
+    OutputTargets targets;
+    if (!targets.Check(source, names, replacesNothing)) {
+        return false;
+    }
+    InterruptGuard guard; // stands longer than the files that it guards
     std::deque<FileReplacement> replacements;
-    if (!MakeReplacements(source, outputs, replacements)) {
+    if (!MakeReplacements(source, targets.Paths(), guard, replacements)) {
         return false;
     }
-    const std::vector<std::string> paths = Paths(replacements);
-    const InterruptGuard guard(paths);
-    if (!WriteAll(outputs, paths, write)) {
-        ReportCutFailure(source, outputs, paths);
+    std::vector<std::string> paths;
+    std::ranges::transform(replacements, std::back_inserter(paths), &FileReplacement::GetPath);
+    if (!WriteAll(names, paths, write)) {
+        ReportCutFailure(source, names, paths);
         return false;
     }
-    InterruptGuard::HoldOff();
-    return CommitAll(outputs, replacements);
+    guard.HoldOff();
+    return CommitAll(targets.Paths(), replacements);
 }

@@ -1,19 +1,23 @@
 #pragma once
 
+#include "cutting/CutProgress.h"
+
 #include <functional>
 #include <string>
 #include <vector>
 
-/// Writes one of several new files.
-/// @param index  of the output, from 0
-/// @param path   where to write it
-/// @return false after a failure, which has been shown or stands in CutFailure
-using OutputWriter = std::function<bool(std::size_t index, const std::string& path)>;
+/// Writes new files.
+/// @param paths     where to write them, files that hold nothing yet
+/// @param progress  to be told how far it is
+/// @return false after a failure, which has been reported or stands in CutFailure
+using OutputWriter =
+    std::function<bool(const std::vector<std::string>& paths, CutProgress& progress)>;
 
 /// Writes what is cut from a file: all outputs or none. Shows how far it is, and leaves nothing
 /// behind when the program is interrupted.
-/// @param source   where the audio comes from; refused as an output
-/// @param names    paths of the outputs; an existing file is replaced when all are complete
+/// @param source           where the audio comes from; refused as an output
+/// @param names            the outputs; existing files are replaced when all are complete
+/// @param replacesNothing  an existing file is a failure
 /// @return false after a failure, which has been reported: every output is as it was
 bool WriteOutputs(const std::string& source, const std::vector<std::string>& names,
-                  const OutputWriter& write);
+                  bool replacesNothing, const OutputWriter& write);

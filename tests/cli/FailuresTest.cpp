@@ -60,7 +60,7 @@ TEST_F(Failures, LeaveEverythingAsItWas) {
         {"split a.WAV 100 old-%.wav", "'100'"},
         {"split a.WAV 5 5.00001 old-%.wav", "'5.00001'"}, // the same sample frame
         {"split a.WAV 1 folder-%.wav", "folder-2.wav"},
-        {"split a.WAV 1 link-%.wav", "a.WAV"},
+        {"split a.WAV 1 link-%.wav", "'link-2.wav': this is the input"},
         {"scenes a.WAV >/dev/full", "cannot write the result: No space"},
         {"info none.wav", "'none.wav': No such file"},
         {"scenes old-1.flac", "'old-1.flac': neither an mp3 nor a wav file"},
