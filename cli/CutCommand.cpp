@@ -2,9 +2,12 @@
 #include "cli/HeadlessKlipra.h"
 #include "cli/Operands.h"
 #include "cli/Pieces.h"
+#include "cli/Report.h"
 #include "cli/SourceFile.h"
+#include "places/TextLines.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -25,6 +28,16 @@ std::vector<AskedRange> ParseRanges(const std::vector<std::string>& operands) {
     return ranges;
 }
 
+// Whether ranges hold all from the beginning to the end.
+bool CoverAll(std::vector<TimeRange> ranges, double length) {
+    std::ranges::sort(ranges, {}, &TimeRange::begin);
+    double covered = 0.0;
+    for (const TimeRange& range : ranges) {
+        covered = range.begin <= covered ? std::max(covered, range.end) : covered;
+    }
+    return covered >= length;
+}
+
 int RunCutter(const Arguments& arguments, bool keep) {
     const std::string& source = arguments.operands.front();
     const std::optional<FormatType> format = SourceFormat(source);
@@ -33,17 +46,27 @@ int RunCutter(const Arguments& arguments, bool keep) {
     }
     const std::vector<AskedRange> asked = ParseRanges(arguments.operands);
     CheckOutputExtension(arguments.operands.back(), *format);
-    double length = 0.0;
-    const bool needsLength = std::ranges::any_of(asked, [](const AskedRange& range) {
+    // What is removed has to lie in the audio.
+    const bool needsLength = !keep || std::ranges::any_of(asked, [](const AskedRange& range) {
         return range.start.isFromEnd || range.end.isFromEnd;
     });
+    double length = std::numeric_limits<double>::infinity();
     if (needsLength && !MeasureLength(source, length)) {
         return kFailed;
     }
     Piece piece{.output = arguments.operands.back(), .keep = keep};
     for (const AskedRange& range : asked) {
-        const auto [lo, hi] = std::minmax({range.start.In(length), range.end.In(length)});
-        piece.ranges.push_back({lo, hi});
+        const auto [begin, end] = std::minmax({range.start.In(length), range.end.In(length)});
+        if (begin >= std::min(end, length)) {
+            ReportError(source, "there is no audio from " + SecondsText(begin) + " to " +
+                                    SecondsText(end) + " s");
+            return kFailed;
+        }
+        piece.ranges.push_back({begin, std::min(end, length)});
+    }
+    if (!keep && CoverAll(piece.ranges, length)) {
+        ReportError(source, DescribeFailure(CutReason::NothingLeft));
+        return kFailed;
     }
     return WritePieces(source, *format, {piece}, arguments) ? kDone : kFailed;
 }

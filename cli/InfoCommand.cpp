@@ -1,10 +1,10 @@
 #include "cli/Commands.h"
 #include "cli/MP3Info.h"
+#include "cli/PieceTags.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
 #include "cli/SourceFile.h"
 #include "cli/WAVInfo.h"
-#include "mpeg/MPAException.h"
 #include "places/PrintableText.h"
 
 #include <cstdio>
@@ -12,22 +12,11 @@
 namespace {
 
 // Null after an error, which has been reported.
-Json Describe(const std::string& path) {
+Json Describe(const std::string& path, FormatType format) {
     const Progress progress([&] { return "Reading " + Printable(path); });
-    const std::optional<FormatType> format = SourceFormat(path);
-    if (!format) {
-        return nullptr;
-    }
-    if (format == FormatType::MP3) {
-        try {
-            return DescribeMP3(path);
-        } catch (CMPAException& e) {
-            e.ShowError();
-            return nullptr;
-        }
-    }
     std::string error;
-    Json description = DescribeWAV(path, error);
+    Json description =
+        format == FormatType::MP3 ? DescribeMP3(path, error) : DescribeWAV(path, error);
     if (description.is_null()) {
         ReportError(path, error);
     }
@@ -58,26 +47,52 @@ void PrintIndented(const Json& object, int indent) {
     }
 }
 
+// A fact that tags tell.
+void PrintTagFact(const char* name, const std::string& text) {
+    if (!text.empty()) {
+        std::printf("%-20s %s\n", name, Printable(text).c_str());
+    }
+}
+
+void PrintTagFacts(const TagFacts& facts) {
+    PrintTagFact("title", facts.title);
+    PrintTagFact("artist", facts.artist);
+    for (const std::string& chapter : facts.chapters) {
+        PrintTagFact("chapter", chapter);
+    }
+}
+
+bool Tell(const std::string& path, bool asJson, bool namesFile) {
+    const std::optional<FormatType> format = SourceFormat(path);
+    if (!format) {
+        return false;
+    }
+    Json description = Describe(path, *format);
+    if (description.is_null()) {
+        return false;
+    }
+    if (namesFile) {
+        Json named = {{"file", PathToJson(path)}};
+        named.update(description);
+        description = named;
+    }
+    if (asJson) {
+        std::puts(JsonText(description).c_str());
+        return true;
+    }
+    PrintIndented(description, 0);
+    PrintTagFacts(ReadTagFacts(path, *format));
+    return true;
+}
+
 } // namespace
 
 int RunInfo(const Arguments& arguments) {
     const bool areSeveral = arguments.operands.size() > 1;
     int status = kDone;
     for (const std::string& path : arguments.operands) {
-        Json description = Describe(path);
-        if (description.is_null()) {
+        if (!Tell(path, arguments.Has(Option::Json), areSeveral)) {
             status = kFailed;
-            continue;
-        }
-        if (areSeveral) {
-            Json named = {{"file", PathToJson(path)}};
-            named.update(description);
-            description = named;
-        }
-        if (arguments.Has(Option::Json)) {
-            std::puts(JsonText(description).c_str());
-        } else {
-            PrintIndented(description, 0);
         }
     }
     return status;

@@ -1,6 +1,8 @@
 #include "cli/MP3Info.h"
 
-#include "cutting/CutMP3.h"
+#include "cli/Report.h"
+#include "cutting/MP3Output.h"
+#include "cutting/MP3Survey.h"
 #include "mpeg/LameTag.h"
 #include "mpeg/MPAFile.h"
 #include "mpeg/MPAStream.h"
@@ -67,10 +69,9 @@ Json DescribeVBRHeader(const CVBRHeader* header) {
             {"lame", DescribeLAMETag(xing == nullptr ? nullptr : xing->GetLAMETag())}};
 }
 
-} // namespace
-
-Json DescribeMP3(const std::string& path) {
-    CMPAFile file(path.c_str());
+Json Describe(CMPAFile& file, const MP3Survey& survey) {
+    const bool isFirstOfThem = file.GetVBRHeader() == nullptr && survey.frames > 0;
+    const long long behindFirst = survey.frames - (isFirstOfThem ? 1 : 0);
     return {{"format", "mp3"},
             {"size", file.GetStream()->GetSize()},
             {"audio_begin", file.GetTags()->GetBeginOffset()},
@@ -78,5 +79,36 @@ Json DescribeMP3(const std::string& path) {
             {"tags", DescribeTags(*file.GetTags())},
             {"first_frame", DescribeFrame(*file.GetFirstFrame())},
             {"vbr_header", DescribeVBRHeader(file.GetVBRHeader())},
-            {"frames", CountFrames(&file)}};
+            {"frames", behindFirst + (survey.endsInStump ? 1 : 0)},
+            {"seconds", survey.seconds}};
+}
+
+} // namespace
+
+Json DescribeMP3(const std::string& path, std::string& error) {
+    const SilentDesktop silence;
+    Json description;
+    std::vector<CutWarning> warnings;
+    const bool isRead = WithMP3Source(path.c_str(), [&](CMPAFile& file) {
+        const MP3Survey survey = SurveyMP3(file);
+        warnings = survey.warnings;
+        description = Describe(file, survey);
+    });
+    if (!isRead) {
+        error = DescribeFailure(CutFailure());
+        return nullptr;
+    }
+    ReportWarnings(path, warnings);
+    return description;
+}
+
+void ReportOddities(const std::string& path) {
+    if (!AreRemarksWanted()) {
+        return;
+    }
+    const SilentDesktop silence;
+    MP3Survey survey;
+    if (WithMP3Source(path.c_str(), [&](CMPAFile& file) { survey = SurveyMP3(file); })) {
+        ReportWarnings(path, survey.warnings);
+    }
 }

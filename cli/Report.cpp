@@ -31,6 +31,12 @@ void ReportWarning(const std::string& file, const std::string& problem) {
     }
 }
 
+void ReportWarnings(const std::string& file, const std::vector<CutWarning>& warnings) {
+    for (const CutWarning warning : warnings) {
+        ReportWarning(file, DescribeWarning(warning));
+    }
+}
+
 void WantRemarks(bool wanted) {
     areRemarksWanted = wanted;
 }
@@ -52,5 +58,15 @@ int TerminalDesktop::ShowAlert(const std::string& /*headline*/, const std::strin
 std::string TerminalDesktop::AskOutputPath(const std::string& /*folder*/,
                                            const std::string& /*name*/,
                                            const std::string& /*extension*/) {
+    return "";
+}
+
+int SilentDesktop::ShowAlert(const std::string& /*headline*/, const std::string& /*text*/,
+                             const std::vector<std::string>& /*buttons*/) {
+    return -1;
+}
+
+std::string SilentDesktop::AskOutputPath(const std::string& /*folder*/, const std::string& /*name*/,
+                                         const std::string& /*extension*/) {
     return "";
 }

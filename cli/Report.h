@@ -1,8 +1,10 @@
 #pragma once
 
+#include "cutting/CutFailure.h"
 #include "platform/Desktop.h"
 
 #include <string>
+#include <vector>
 
 /// Takes a terminal back to the beginning of a line and wipes it.
 inline constexpr char kWipeLine[] = "\r\033[K";
@@ -19,6 +21,9 @@ void ReportError(const std::string& file, const std::string& problem);
 /// Tells about a file that was done all the same, unless messages of that kind are not wanted.
 void ReportWarning(const std::string& file, const std::string& problem);
 
+/// The same about each thing that is odd about an MPEG audio file.
+void ReportWarnings(const std::string& file, const std::vector<CutWarning>& warnings);
+
 /// Whether progress and warnings are wanted; they are, unless told otherwise.
 void WantRemarks(bool wanted);
 bool AreRemarksWanted();
@@ -30,4 +35,22 @@ public:
                   const std::vector<std::string>& buttons) override;
     std::string AskOutputPath(const std::string& folder, const std::string& name,
                               const std::string& extension) override;
+};
+
+/// While it lives nothing is shown: what the parser and the cutters show stands in CutFailure too,
+/// in words and with the file at fault.
+class SilentDesktop : public Desktop {
+public:
+    SilentDesktop() : m_before(InstallDesktop(this)) {}
+    SilentDesktop(const SilentDesktop&) = delete;
+    SilentDesktop& operator=(const SilentDesktop&) = delete;
+    ~SilentDesktop() override { InstallDesktop(m_before); }
+
+    int ShowAlert(const std::string& headline, const std::string& text,
+                  const std::vector<std::string>& buttons) override;
+    std::string AskOutputPath(const std::string& folder, const std::string& name,
+                              const std::string& extension) override;
+
+private:
+    Desktop* m_before;
 };

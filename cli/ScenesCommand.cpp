@@ -1,6 +1,7 @@
 #include "cli/CommandTable.h"
 #include "cli/Commands.h"
 #include "cli/Json.h"
+#include "cli/MP3Info.h"
 #include "cli/QuietSearch.h"
 #include "cli/Report.h"
 #include "places/AudacityLabels.h"
@@ -116,6 +117,9 @@ bool FindScenes(HeadlessKlipra& engine, const std::string& path, const QuietThre
     }
     for (const QuietStretch& stretch : scenes.stretches) {
         stretch.AppendPositions(scenes.positions);
+    }
+    if (engine.formatType == FormatType::MP3) {
+        ReportOddities(path);
     }
     return true;
 }

@@ -4,6 +4,7 @@
 #include "platform/RegularFile.h"
 #include "platform/SystemError.h"
 
+#include <algorithm>
 #include <cerrno>
 
 Json DescribeWAV(const std::string& path, std::string& error) {
@@ -17,6 +18,11 @@ Json DescribeWAV(const std::string& path, std::string& error) {
     if (!error.empty()) {
         return nullptr;
     }
+    const long long bytes = std::clamp(layout.fileSize - layout.DataOffset(), 0LL,
+                                       static_cast<long long>(layout.DataSize()));
+    const auto sampleFrames = static_cast<double>(bytes / layout.blockAlign);
+    const double seconds =
+        layout.samplesPerSecond == 0 ? 0.0 : sampleFrames / layout.samplesPerSecond;
     Json chunks = Json::array();
     for (const WAVChunk& chunk : layout.chunks) {
         chunks.push_back(
@@ -30,5 +36,6 @@ Json DescribeWAV(const std::string& path, std::string& error) {
             {"bytes_per_second", layout.bytesPerSecond},
             {"block_align", layout.blockAlign},
             {"bits", layout.bitsPerSample},
-            {"chunks", chunks}};
+            {"chunks", chunks},
+            {"seconds", seconds}};
 }

@@ -1,6 +1,7 @@
 #include "adaptor/KlipraMac.h"
 #include "cli/Commands.h"
 #include "cli/HeadlessKlipra.h"
+#include "cli/MP3Info.h"
 #include "cli/Operands.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
@@ -113,7 +114,7 @@ int RunWave(const Arguments& arguments) {
     if (!adaptor.Load() || !adaptor.Scan(zoom)) {
         return kFailed;
     }
-    const auto write = [&](const std::vector<std::string>& paths, CutProgress& /*progress*/) {
+    const auto write = [&](const std::vector<std::string>& paths) {
         const std::error_code error = WritePng(adaptor.GetImage(), paths.front());
         if (error) {
             ReportError(output, "cannot be written: " + error.message());

@@ -6,8 +6,8 @@
 #include "cli/Progress.h"
 #include "cli/Report.h"
 #include "cutting/CutFailure.h"
+#include "cutting/CutProgress.h"
 #include "places/PrintableText.h"
-#include "platform/Desktop.h"
 #include "platform/FileReplacement.h"
 
 #include <algorithm>
@@ -32,27 +32,6 @@ bool MakeReplacements(const std::string& source, const std::vector<std::string>&
     return guard.Begin();
 }
 
-/// Whatever the cutters show stands in CutFailure too, in words and with the file at fault.
-class SilentDesktop : public Desktop {
-public:
-    SilentDesktop() : m_before(InstallDesktop(this)) {}
-    SilentDesktop(const SilentDesktop&) = delete;
-    SilentDesktop& operator=(const SilentDesktop&) = delete;
-    ~SilentDesktop() override { InstallDesktop(m_before); }
-
-    int ShowAlert(const std::string& /*headline*/, const std::string& /*text*/,
-                  const std::vector<std::string>& /*buttons*/) override {
-        return -1;
-    }
-    std::string AskOutputPath(const std::string& /*folder*/, const std::string& /*name*/,
-                              const std::string& /*extension*/) override {
-        return "";
-    }
-
-private:
-    Desktop* m_before;
-};
-
 void ReportCutFailure(const std::string& source, const std::vector<std::string>& names,
                       const std::vector<std::string>& paths) {
     const CutProblem& problem = CutFailure();
@@ -73,14 +52,6 @@ std::string Describe(const std::vector<std::string>& names, const CutProgress& p
            std::to_string(progress.bytesDone * 100 / all) + " %";
 }
 
-bool WriteAll(const std::vector<std::string>& names, const std::vector<std::string>& paths,
-              const OutputWriter& write) {
-    CutProgress cut;
-    const SilentDesktop silence;
-    const Progress progress([&] { return Describe(names, cut); });
-    return write(paths, cut);
-}
-
 bool CommitAll(const std::vector<std::string>& targets, std::deque<FileReplacement>& replacements) {
     Exchange exchange;
     for (std::size_t i = 0; i < targets.size(); ++i) {
@@ -93,6 +64,22 @@ bool CommitAll(const std::vector<std::string>& targets, std::deque<FileReplaceme
 }
 
 } // namespace
+
+bool WriteWithProgress(const std::string& source, const std::vector<std::string>& names,
+                       const std::vector<std::string>& paths, const OutputWriter& write) {
+    CutProgress cut;
+    const CutProgressScope scope(cut);
+    const SilentDesktop silence;
+    bool isWritten = false;
+    {
+        const Progress progress([&] { return Describe(names, cut); });
+        isWritten = write(paths);
+    }
+    if (!isWritten) {
+        ReportCutFailure(source, names, paths);
+    }
+    return isWritten;
+}
 
 bool WriteOutputs(const std::string& source, const std::vector<std::string>& names,
                   bool replacesNothing, const OutputWriter& write) {
@@ -107,8 +94,7 @@ bool WriteOutputs(const std::string& source, const std::vector<std::string>& nam
     }
     std::vector<std::string> paths;
     std::ranges::transform(replacements, std::back_inserter(paths), &FileReplacement::GetPath);
-    if (!WriteAll(names, paths, write)) {
-        ReportCutFailure(source, names, paths);
+    if (!WriteWithProgress(source, names, paths, write)) {
         return false;
     }
     guard.HoldOff();

@@ -1,17 +1,13 @@
 #pragma once
 
-#include "cutting/CutProgress.h"
-
 #include <functional>
 #include <string>
 #include <vector>
 
 /// Writes new files.
-/// @param paths     where to write them, files that hold nothing yet
-/// @param progress  to be told how far it is
+/// @param paths  where to write them, files that hold nothing yet
 /// @return false after a failure, which has been reported or stands in CutFailure
-using OutputWriter =
-    std::function<bool(const std::vector<std::string>& paths, CutProgress& progress)>;
+using OutputWriter = std::function<bool(const std::vector<std::string>& paths)>;
 
 /// Writes what is cut from a file: all outputs or none. Shows how far it is, and leaves nothing
 /// behind when the program is interrupted.
@@ -21,3 +17,8 @@ using OutputWriter =
 /// @return false after a failure, which has been reported: every output is as it was
 bool WriteOutputs(const std::string& source, const std::vector<std::string>& names,
                   bool replacesNothing, const OutputWriter& write);
+
+/// The writing alone, to paths that stand for the outputs of these names.
+/// @return false after a failure, which has been reported
+bool WriteWithProgress(const std::string& source, const std::vector<std::string>& names,
+                       const std::vector<std::string>& paths, const OutputWriter& write);

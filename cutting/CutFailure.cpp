@@ -1,6 +1,7 @@
 #include "cutting/CutFailure.h"
 
 #include "cutting/CutError.h"
+#include "cutting/CutSummary.h"
 #include "platform/SystemError.h"
 
 #include <algorithm>
@@ -101,6 +102,7 @@ std::string DescribeWarning(CutWarning warning) {
 void ResetCutFailure() {
     failure = {};
     warnings.clear();
+    ResetCutSummaries();
 }
 
 void SetCutFailure(CutReason reason, const std::string& path, int errorNumber) {

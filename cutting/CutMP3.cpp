@@ -22,13 +22,15 @@ struct Rules {
 constexpr Rules kPlain{FrameWalk::Stump::Frame, true, true};
 constexpr Rules kWholeFrames{FrameWalk::Stump::NoFrame, false, false};
 
-void WriteRange(MP3Output& output, FrameWalk& walk, const FrameRange& range) {
+// As many frames as the range has, or there are.
+// @param expected  for the seek table
+void WriteRange(MP3Output& output, FrameWalk& walk, const FrameRange& range, long long expected) {
     if (range.end < range.start) {
         return;
     }
     walk.Skip(range.start);
-    const long long expected = range.Distance() + 1;
-    while (output.FramesWritten() < expected && output.WriteNext(walk, expected)) {
+    const long long most = range.Distance() + 1;
+    while (output.FramesWritten() < most && output.WriteNext(walk, expected)) {
     }
 }
 
@@ -69,13 +71,13 @@ void WriteAudio(CMPAFile& file, MP3Output& output, const CutRange& range, bool k
     const long long count = CountInHeader(file);
     const FrameRange frames(range, *walk.Current()->GetHeader());
     if (keep) {
-        WriteRange(output, walk, frames);
+        const bool isPlain = rules.stump == FrameWalk::Stump::Frame;
+        WriteRange(output, walk, frames, ExpectedFrames(frames, isPlain ? 0 : count));
     } else {
         WriteAllButRange(file, output, walk, frames);
     }
     if (rules.stump == FrameWalk::Stump::NoFrame) {
-        // A removal leaves the last frame, and whoever looks behind it sees the end.
-        walk.Skip(keep ? 0 : 2);
+        WalkOn(walk);
         WarnOfEnd(walk, count);
     }
     if (output.FramesWritten() == 0 && !rules.mayBeEmpty) {

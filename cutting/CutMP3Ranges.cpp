@@ -73,7 +73,8 @@ public:
         m_counts.Restore();
         output.Begin(m_file, m_first);
         m_walk.Skip(piece.frames.start - m_walk.Number());
-        const FrameWalk::Place next = WriteFrames(output, piece.frames, nextStart);
+        const long long count = CountInHeader(m_file);
+        const FrameWalk::Place next = WriteFrames(output, piece.frames, nextStart, count);
         if (output.FramesWritten() == 0) {
             throw CutError{CutReason::NoAudioInRange};
         }
@@ -82,28 +83,31 @@ public:
         if (!output.Close(true)) {
             throw CutError{CutReason::OutputNotWritable}; // which has been told
         }
-        WarnOfEnd(m_walk, CountBefore());
         m_walk.GoTo(next);
+    }
+
+    /// All pieces are written: looks at what is behind them.
+    void WarnOfRest() {
+        m_counts.Restore();
+        WalkOn(m_walk);
+        WarnOfEnd(m_walk, CountInHeader(m_file));
     }
 
 private:
     // Returns where the walk goes on: as far as the next piece allows.
-    FrameWalk::Place WriteFrames(MP3Output& output, const FrameRange& frames, long long nextStart) {
-        const long long expected = frames.Distance() + 1;
+    FrameWalk::Place WriteFrames(MP3Output& output, const FrameRange& frames, long long nextStart,
+                                 long long count) {
+        const long long most = frames.Distance() + 1;
+        const long long expected = ExpectedFrames(frames, count);
         FrameWalk::Place next = m_walk.Here();
-        bool isWriting = expected > 0;
+        bool isWriting = most > 0;
         while (isWriting) {
             if (m_walk.Number() <= nextStart) {
                 next = m_walk.Here();
             }
-            isWriting = output.WriteNext(m_walk, expected) && output.FramesWritten() < expected;
+            isWriting = output.WriteNext(m_walk, expected) && output.FramesWritten() < most;
         }
         return m_walk.Number() <= nextStart ? m_walk.Here() : next;
-    }
-
-    long long CountBefore() {
-        m_counts.Restore();
-        return CountInHeader(m_file);
     }
 
     CMPAFile& m_file;
@@ -123,6 +127,7 @@ void WritePieces(CMPAFile& file, const char* src, std::span<const CutPiece> piec
         writer.Write(inOrder[i], inOrder[next].frames.start);
         written.push_back(inOrder[i].path);
     }
+    writer.WarnOfRest();
     EndWork();
 }
 
@@ -166,7 +171,7 @@ void WriteAllBut(CMPAFile& file, MP3Output& output, std::span<const CutRange> ra
             ++next;
         }
         if (next == dropped.end() || i < next->start) {
-            output.Write(walk.Current(), expected);
+            output.Write(walk, expected);
         }
     }
     WarnOfEnd(walk, isCounted ? count : 0);

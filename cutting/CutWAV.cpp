@@ -1,6 +1,7 @@
 #include "cutting/CutWAV.h"
 
 #include "cutting/CutError.h"
+#include "cutting/CutSummary.h"
 #include "cutting/CutWork.h"
 #include "cutting/LittleEndian.h"
 #include "cutting/PlainWAV.h"
@@ -58,9 +59,14 @@ void WritePlain(WAVOutput& output, const WAVLayout& layout, const std::vector<By
     if (output.Copy(0, layout.DataOffset()) != layout.DataOffset()) {
         throw CutError{CutReason::NoData};
     }
+    const long long size = layout.blockAlign;
+    BeginCutSummary(output.GetPath(), static_cast<double>(size) / layout.bytesPerSecond);
     long long copied = 0;
     for (const ByteRange& range : ranges) {
-        copied += output.Copy(layout.DataOffset() + range.start, range.end - range.start);
+        const long long arrived =
+            output.Copy(layout.DataOffset() + range.start, range.end - range.start);
+        AddToCutSummary(range.start / size, arrived / size);
+        copied += arrived;
     }
     constexpr long long kSizeInHeader = 4;
     output.WriteAt(kSizeInHeader,

@@ -1,6 +1,7 @@
 #include "cutting/CutWholeWAV.h"
 
 #include "cutting/CutError.h"
+#include "cutting/CutSummary.h"
 #include "cutting/CutWAV.h"
 #include "cutting/CutWork.h"
 #include "cutting/PlainWAV.h"
@@ -62,6 +63,10 @@ void WriteWhole(WAVSource& source, const std::string& dst, const WholeWAVLayout&
         throw CutError{whenEmpty};
     }
     WriteWAV(source, dst, [&](WAVOutput& output) {
+        BeginCutSummary(dst, 1.0 / layout.samplesPerSecond);
+        for (const SampleRange& range : kept) {
+            AddToCutSummary(range.begin, range.end - range.begin);
+        }
         const WAVChunkMap map(kept, layout.SampleFrames());
         const auto plan = PlanWAV(layout, map, [&](long long offset, long long size) {
             return ReadBytes(source, offset, size);

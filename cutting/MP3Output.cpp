@@ -2,6 +2,7 @@
 
 #include "cutting/CutError.h"
 #include "cutting/CutMP3.h"
+#include "cutting/CutSummary.h"
 #include "cutting/SourceWatch.h"
 #include "cutting/VBRFields.h"
 #include "mpeg/MPAEndOfFileException.h"
@@ -118,6 +119,7 @@ MP3Output::~MP3Output() {
 
 void MP3Output::Begin(CMPAFile& source, const CMPAFrame& first) {
     m_source = &source;
+    BeginCutSummary(outputPath, FrameSeconds(first));
     for (const CTag* tag : TagsWhere(source, false)) {
         CopyTag(*source.GetStream(), *tag);
     }
@@ -128,13 +130,16 @@ void MP3Output::Begin(CMPAFile& source, const CMPAFrame& first) {
     }
 }
 
-bool MP3Output::Write(CMPAFrame* frame, long long expected) {
+bool MP3Output::Write(FrameWalk& walk, long long expected) {
     const long long most = std::numeric_limits<int>::max();
-    const int size = WriteFrame(m_source, frame, static_cast<int>(std::min(expected, most)),
-                                m_frames, static_cast<int>(m_bytes));
+    const int size =
+        WriteFrame(m_source, walk.Current(), static_cast<int>(std::min(expected, most)), m_frames,
+                   static_cast<int>(m_bytes));
     if (size <= 0) {
         return false;
     }
+    // A VBR header's frame is the walk's number 0.
+    AddToCutSummary(walk.Number() - (m_source->GetVBRHeader() == nullptr ? 0 : 1), 1);
     ++m_frames;
     m_bytes += static_cast<unsigned int>(size);
     return true;
@@ -195,6 +200,24 @@ bool WithMP3Source(const char* source, const std::function<void(CMPAFile&)>& wri
 
 long long CountInHeader(const CMPAFile& source) {
     return source.GetVBRHeader() == nullptr ? 0 : source.GetVBRHeader()->GetFrameCount();
+}
+
+double FrameSeconds(const CMPAFrame& frame) {
+    const CMPAHeader& header = *frame.GetHeader();
+    return static_cast<double>(header.GetSamplesPerFrame()) / header.GetSamplingRateHz();
+}
+
+long long ExpectedFrames(const FrameRange& range, long long count) {
+    const long long frames = range.Distance() + 1;
+    return count == 0 ? frames : std::min(frames, std::max(count - range.start, 0LL) + 1);
+}
+
+void WalkOn(FrameWalk& walk) {
+    try {
+        walk.Skip(std::numeric_limits<long long>::max());
+    } catch (const CMPAException&) {
+        // Nobody asked for what lies there.
+    }
 }
 
 void WarnOfEnd(FrameWalk& walk, long long count) {

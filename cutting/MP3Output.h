@@ -40,14 +40,14 @@ public:
     /// @param first  the source's first frame
     void Begin(CMPAFile& source, const CMPAFrame& first);
 
-    /// Writes a frame. Returns false for none.
+    /// Writes the frame that a walk stands at. Returns false for none.
     /// @param expected  how many frames will be written, for the seek table; 0 or less: not known
-    bool Write(CMPAFrame* frame, long long expected);
+    bool Write(FrameWalk& walk, long long expected);
 
     /// Steps to the next frame and writes it. Returns false at the end.
     bool WriteNext(FrameWalk& walk, long long expected) {
         walk.Step();
-        return Write(walk.Current(), expected);
+        return Write(walk, expected);
     }
 
     int FramesWritten() const { return m_frames; } ///< that of the VBR header does not count
@@ -75,6 +75,18 @@ bool WithMP3Source(const char* source, const std::function<void(CMPAFile&)>& wri
 
 /// The number of frames after the first one that the source's VBR header tells; 0 for none.
 long long CountInHeader(const CMPAFile& source);
+
+/// How long a frame plays.
+double FrameSeconds(const CMPAFrame& frame);
+
+/// How many frames of a range are to be expected, for the seek table: an end behind the audio means
+/// its end, as the header tells it.
+/// @param count  see CountInHeader
+long long ExpectedFrames(const FrameRange& range, long long count);
+
+/// Walks to the end, or as far as the file can be read: what was to be written has been, and the
+/// rest is only looked at.
+void WalkOn(FrameWalk& walk);
 
 /// Warns of what a walk has come across: more frames than the header tells or, at the end, fewer; a
 /// stump.

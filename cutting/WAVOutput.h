@@ -19,6 +19,8 @@ public:
     WAVOutput& operator=(const WAVOutput&) = delete;
     ~WAVOutput();
 
+    const std::string& GetPath() const { return m_path; }
+
     bool IsOpen() const { return m_file.GetHandle() != nullptr; }
 
     /// Copies bytes of the source as OutputData does. Returns how many.

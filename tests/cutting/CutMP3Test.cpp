@@ -193,7 +193,7 @@ TEST_F(CutMP3, WarnsOfAHeaderThatMiscountsAndOfAnotherFormat) {
             count == 0 || count == 20 ? Warnings() : Warnings{CutWarning::FrameCountWrong};
         EXPECT_EQ(warnings(source, 3.0F, false), all);
         EXPECT_EQ(warnings(source, 1e9F, true), all);
-        EXPECT_EQ(warnings(source, 5.0F, true), Warnings());
+        EXPECT_EQ(warnings(source, 5.0F, true), all);
     }
     const auto joined = Mp3Builder().Frames(9).Garbage(99).Format({.rateHz = 48000}).Frames(9);
     EXPECT_EQ(warnings(joined, 99.0F, true), Warnings{CutWarning::FormatChanges});
@@ -220,9 +220,10 @@ TEST_F(CutMP3, PiecesAreWhatACutOfEachWouldBe) {
         ASSERT_TRUE(CutMP3Pieces(m_source.c_str(), pieces)) << DescribeFailure(CutFailure());
         EXPECT_EQ(CutWarnings(), std::vector<CutWarning>());
         for (const auto& [path, range] : pieces) {
+            // An end behind the audio means its end.
+            const float end = std::min(static_cast<float>(range.end), 400 * kFrameSeconds);
             ASSERT_TRUE(CutMP3File(m_source.c_str(), m_output.c_str(),
-                                   static_cast<float>(range.start), static_cast<float>(range.end),
-                                   true));
+                                   static_cast<float>(range.start), end, true));
             EXPECT_TRUE(TemporaryFolder::Read(path) == TemporaryFolder::Read(m_output)) << path;
         }
         pieces.push_back({m_folder.Path("none"), {50.0, 60.0}});

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "cli/Pieces.h"
+#include "cutting/CutFailure.h"
+#include "cutting/CutProgress.h"
+#include "cutting/CutSummary.h"
+
+#include <string>
+#include <vector>
+
+/// What cutting the pieces has found and written.
+struct CutOutcome {
+    std::vector<CutSummary> summaries; ///< one for each piece, in their order
+    std::vector<CutWarning> warnings;
+};
+
+/// Cuts each piece to a path of its own, with the cutter that the format and the pieces call for:
+/// an MP3 in one walk.
+/// @return false after a failure, which stands in CutFailure
+bool CutPieces(const std::string& source, FormatType format, const std::vector<Piece>& pieces,
+               const std::vector<std::string>& paths, CutOutcome& outcome);
