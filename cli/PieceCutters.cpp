@@ -48,8 +48,8 @@ bool CutWAV(const std::string& source, const std::vector<Piece>& pieces,
 
 bool CutPieces(const std::string& source, FormatType format, const std::vector<Piece>& pieces,
                const std::vector<std::string>& paths, CutOutcome& outcome) {
-    const bool isCut = format == FormatType::MP3 ? CutMP3(source, pieces, paths)
-                                                 : CutWAV(source, pieces, paths);
+    const bool isCut =
+        format == FormatType::MP3 ? CutMP3(source, pieces, paths) : CutWAV(source, pieces, paths);
     outcome = {CutSummaries(), CutWarnings()};
     return isCut;
 }
