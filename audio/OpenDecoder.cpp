@@ -12,13 +12,16 @@
 namespace {
 
 bool IsRiff(const File& file) {
+    constexpr const char* kForms[] = {"RIFF", "RF64", "BW64"};
     char identifier[4] = {};
     const auto read = file.ReadAt(0, identifier, sizeof identifier);
     if (read.error != 0) {
         file.Failures().Report({0, {static_cast<std::int64_t>(read.bytes), read.error}});
     }
     return read.bytes == sizeof identifier &&
-           std::memcmp(identifier, "RIFF", sizeof identifier) == 0;
+           std::any_of(std::begin(kForms), std::end(kForms), [&](const char* form) {
+               return std::memcmp(identifier, form, sizeof identifier) == 0;
+           });
 }
 
 } // namespace

@@ -5,8 +5,8 @@
 
 #include <memory>
 
-/// Opens an audio file by its content: a RIFF file with libsndfile if that can read it, anything
-/// else as MPEG audio.
+/// Opens an audio file by its content: a RIFF, RF64 or BW64 file with libsndfile if that can read
+/// it, anything else as MPEG audio.
 /// @param threads  how many threads decode MPEG audio ahead; 1: the reader's own does
 /// @return null when the file holds no audio, or could not be read: its Failures tell that
 std::unique_ptr<Decoder> OpenDecoder(const std::shared_ptr<const File>& file, unsigned threads);

@@ -1,5 +1,7 @@
 #include "audio/WavDecoder.h"
 
+#include "audio/WavSamples.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -21,7 +23,27 @@ std::int16_t FromFloat(Float sample) {
 
 bool IsWav(int format) {
     const int type = format & SF_FORMAT_TYPEMASK;
-    return type == SF_FORMAT_WAV || type == SF_FORMAT_WAVEX;
+    return type == SF_FORMAT_WAV || type == SF_FORMAT_WAVEX || type == SF_FORMAT_RAW;
+}
+
+/// libsndfile's name of bare samples of this kind.
+/// @return 0, which it refuses, when it has none
+int RawFormat(const WavSamples& samples) {
+    constexpr struct {
+        std::uint16_t formatTag;
+        std::uint32_t sampleBytes;
+        int subtype;
+    } kFormats[] = {
+        {1, 1, SF_FORMAT_PCM_U8}, {1, 2, SF_FORMAT_PCM_16}, {1, 3, SF_FORMAT_PCM_24},
+        {1, 4, SF_FORMAT_PCM_32}, {3, 4, SF_FORMAT_FLOAT},  {3, 8, SF_FORMAT_DOUBLE},
+        {6, 1, SF_FORMAT_ALAW},   {7, 1, SF_FORMAT_ULAW},
+    };
+    for (const auto& [formatTag, sampleBytes, subtype] : kFormats) {
+        if (formatTag == samples.formatTag && sampleBytes == samples.sampleBytes) {
+            return SF_FORMAT_RAW | SF_ENDIAN_LITTLE | subtype;
+        }
+    }
+    return 0;
 }
 
 } // namespace
@@ -33,24 +55,25 @@ void WavDecoder::Deleter::operator()(SNDFILE* handle) const {
 SF_VIRTUAL_IO WavDecoder::Callbacks() {
     SF_VIRTUAL_IO callbacks{};
     callbacks.get_filelen = [](void* user) -> sf_count_t {
-        return static_cast<Input*>(user)->file->State().sizeBytes;
+        return static_cast<Input*>(user)->bytes;
     };
     callbacks.seek = [](sf_count_t offset, int whence, void* user) -> sf_count_t {
         auto& input = *static_cast<Input*>(user);
         const std::int64_t origin = whence == SEEK_SET   ? 0
                                     : whence == SEEK_CUR ? input.offset
-                                                         : input.file->State().sizeBytes;
+                                                         : input.bytes;
         return offset < -origin ? -1 : input.offset = origin + offset;
     };
     callbacks.read = [](void* to, sf_count_t count, void* user) -> sf_count_t {
         auto& input = *static_cast<Input*>(user);
-        const std::int64_t left = input.file->State().sizeBytes - input.offset;
+        const std::int64_t left = input.bytes - input.offset;
         const std::int64_t wanted = std::clamp(left, std::int64_t{0}, count);
-        const auto read = input.file->ReadAt(input.offset, to, static_cast<std::size_t>(wanted));
+        const auto read =
+            input.file->ReadAt(input.begin + input.offset, to, static_cast<std::size_t>(wanted));
         const auto bytes = static_cast<std::int64_t>(read.bytes);
         input.offset += bytes;
         if (bytes < wanted) {
-            input.error = ReadError{input.offset, read.error};
+            input.error = ReadError{input.begin + input.offset, read.error};
         }
         return bytes;
     };
@@ -61,7 +84,14 @@ SF_VIRTUAL_IO WavDecoder::Callbacks() {
 std::unique_ptr<WavDecoder> WavDecoder::Open(std::shared_ptr<const File> file) {
     SF_INFO info{};
     SF_VIRTUAL_IO callbacks = Callbacks();
-    auto input = std::make_unique<Input>(Input{std::move(file), 0, {}});
+    auto input = std::make_unique<Input>(Input{file, 0, file->State().sizeBytes, 0, {}});
+    if (const auto samples = FindWavSamples(*file)) {
+        info.format = RawFormat(*samples);
+        info.channels = samples->channels;
+        info.samplerate = static_cast<int>(std::min(samples->rateHz, kMaxRateHz + 1U));
+        input->begin = samples->offsetBytes;
+        input->bytes = samples->sampleFrames * samples->channels * samples->sampleBytes;
+    }
     Handle handle(sf_open_virtual(&callbacks, SFM_READ, &info, input.get()));
     if (!handle && input->error) {
         input->file->Failures().Report({0, *input->error});

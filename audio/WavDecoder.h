@@ -9,8 +9,9 @@
 #include <optional>
 #include <vector>
 
-/// Decodes WAV files with libsndfile. Integers keep their upper 16 bits; floating point is scaled
-/// by 32768, rounded and clipped.
+/// Decodes WAV files with libsndfile; of those whose sizes it cannot tell it is shown the samples.
+/// Compressed formats are decoded too where libsndfile knows them (ADPCM, GSM, MP3). Integers keep
+/// their upper 16 bits; floating point is scaled by 32768, rounded and clipped.
 class WavDecoder : public Decoder {
 public:
     /// @return null when the file is no WAV that libsndfile reads
@@ -33,6 +34,8 @@ private:
     /// What libsndfile reads, by way of its callbacks.
     struct Input {
         std::shared_ptr<const File> file;
+        std::int64_t begin = 0; // of what libsndfile is shown
+        std::int64_t bytes = 0; // that it is shown
         std::int64_t offset = 0;
         std::optional<ReadError> error; // the last one
     };

@@ -169,6 +169,47 @@ TEST_F(Decoding, FileThatShrinksLaterIsSilentFromThere) {
     }
 }
 
+TEST_F(Decoding, OfAWavWhoseSizesAreUnknownOrIn64BitsIsWhatIsThere) {
+    const auto number = WavBuilder::Number;
+    const std::string bytes = WavBuilder{.samples = WavBuilder::Pattern(4000)}.Bytes();
+    const Samples samples = Decode(bytes);
+    const std::string format = bytes.substr(12, 24);
+    const std::string list = "LIST" + number(4, 4) + "INFO";
+    constexpr std::uint32_t kUnknown = 0xFFFFFFFF;
+    const auto file = [&](const std::string& form, std::uint32_t size, const std::string& sizes,
+                          const std::string& behind) {
+        const std::string ds64 =
+            sizes.empty() ? "" : "ds64" + number(4, 28) + std::string(8, '\0') + sizes;
+        return form + number(4, kUnknown) + "WAVE" + ds64 + "JUNK" + number(4, 3) + "abc" +
+               std::string(1, '\0') + format + "data" + number(4, size) + bytes.substr(44) + behind;
+    };
+    const std::string zeros(20, '\0');
+    const std::string true64 = number(4, 4000) + std::string(16, '\0');
+    const std::string files[] = {
+        file("RIFF", 0, "", "abc"),
+        file("RIFF", kUnknown, "", "a"),
+        file("RIFF", 4100, "", "ab"),
+        file("RIFF", 4000, "", list),
+        file("RF64", kUnknown, true64, list),
+        file("BW64", kUnknown, true64, list),
+        file("BW64", 4000, zeros, list),
+        file("RF64", kUnknown, zeros, ""),
+        file("RF64", kUnknown, std::string(20, '\xFF'), "abc"),
+    };
+    for (const std::string& wav : files) {
+        EXPECT_EQ(Decode(wav), samples);
+    }
+    const std::string empty = WavBuilder{.samples = ""}.Bytes();
+    EXPECT_EQ(Decode(empty + list), Samples());
+    constexpr std::int64_t kBytes = 5'000'000'000; // of holes, which take no room
+    std::filesystem::resize_file(Write(file("RIFF", 0, "", "")), kBytes);
+    const auto decoder = OpenDecoder(folder.Path("a"), 1);
+    EXPECT_EQ(decoder->Format().sampleFrames, (kBytes - 56) / 4);
+    decoder->Seek(decoder->Format().sampleFrames - 1);
+    EXPECT_EQ(ReadOn(*decoder), Samples(2));
+    EXPECT_FALSE(decoder->Failure());
+}
+
 TEST_F(Decoding, OfEverySampleFormatOfAWav) {
     const auto decode = [this](std::uint16_t formatTag, int bytes, const std::string& samples) {
         const WavBuilder wav{.formatTag = formatTag,
