@@ -4,12 +4,31 @@
 #include "cli/Pieces.h"
 #include "cli/Report.h"
 #include "cli/SourceFile.h"
+#include "cli/WAVInfo.h"
 #include "places/TextLines.h"
 
 #include <algorithm>
 #include <limits>
 
 namespace {
+
+// The length of a file's audio. Returns false after a failure, which has been reported.
+bool MeasureLength(const std::string& path, FormatType format, double& seconds) {
+    if (format == FormatType::MP3) {
+        HeadlessKlipra engine;
+        const bool isOpen = engine.Open(path);
+        seconds = isOpen ? engine.LengthInSeconds() : 0.0;
+        return isOpen;
+    }
+    std::string error;
+    const Json description = DescribeWAV(path, error);
+    if (description.is_null()) {
+        ReportError(path, error);
+        return false;
+    }
+    seconds = description["seconds"];
+    return true;
+}
 
 struct AskedRange {
     TimePoint start;
@@ -51,7 +70,7 @@ int RunCutter(const Arguments& arguments, bool keep) {
         return range.start.isFromEnd || range.end.isFromEnd;
     });
     double length = std::numeric_limits<double>::infinity();
-    if (needsLength && !MeasureLength(source, length)) {
+    if (needsLength && !MeasureLength(source, *format, length)) {
         return kFailed;
     }
     Piece piece{.output = arguments.operands.back(), .keep = keep};

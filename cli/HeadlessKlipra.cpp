@@ -48,15 +48,6 @@ double HeadlessKlipra::ToSeconds(unsigned long long position) const {
     return BASS_ChannelBytes2Seconds(channel, position);
 }
 
-bool MeasureLength(const std::string& path, double& seconds) {
-    HeadlessKlipra engine;
-    if (!engine.Open(path)) {
-        return false;
-    }
-    seconds = engine.LengthInSeconds();
-    return true;
-}
-
 void HeadlessKlipra::ErrorMsg(int /*code*/) {
     ReportLoadFailure(histories.front().path); // the only failure there can be
 }

@@ -49,7 +49,3 @@ public:
     void EnableSceneChangeMoveButton() override {}
     void ErrorMsg(int code) override;
 };
-
-/// The length of a file's audio.
-/// @return false after a failure, which has been reported
-bool MeasureLength(const std::string& path, double& seconds);

@@ -121,6 +121,11 @@ int RunWave(const Arguments& arguments) {
         }
         return !error;
     };
-    return WriteOutputs(source, {output}, arguments.Has(Option::NoReplace), write) ? kDone
-                                                                                   : kFailed;
+    if (!WriteOutputs(source, {output}, arguments.Has(Option::NoReplace), write)) {
+        return kFailed;
+    }
+    if (format == FormatType::MP3) {
+        ReportOddities(source);
+    }
+    return kDone;
 }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <map>
+#include <regex>
 #include <sys/wait.h>
 
 /// Runs the built klipra-cli in a folder of the test's own. It holds "a.WAV": 100 s of mono, 16 bit
@@ -44,6 +45,28 @@ protected:
         const auto lines = std::count(err.begin(), err.end(), '\n');
         EXPECT_TRUE(status == 1 ? lines == 1 : lines > 1) << err;
         EXPECT_TRUE(Snapshot() == before);
+    }
+
+    /// A run ends with this status, and what it prints is matched by these regular expressions,
+    /// each `.` of which may be a line's end.
+    void ExpectOutcome(const std::string& arguments, int status, const std::string& out,
+                       const std::string& err) const {
+        EXPECT_EQ(Run(arguments), status) << arguments;
+        const auto matches = [](const std::string& path, const std::string& pattern) {
+            std::string text = TemporaryFolder::Read(path);
+            std::ranges::replace(text, '\n', ' ');
+            return std::regex_match(text, std::regex(pattern)) ? "" : pattern + " is not " + text;
+        };
+        EXPECT_EQ(matches(m_out, out), "") << arguments;
+        EXPECT_EQ(matches(m_err, err), "") << arguments;
+    }
+
+    /// The exit status of a whole line of the shell, in which the program has its name.
+    int RunLine(const std::string& line) const {
+        const std::string command = "cd " + m_folder.Path("") +
+                                    " && PATH=$(dirname " KLIPRA_CLI "):$PATH && { " + line +
+                                    "; } >" + m_out + " 2>" + m_err;
+        return WEXITSTATUS(std::system(command.c_str())); // NOLINT: no command but our own
     }
 
     /// All that is in the folder, by name: a file's bytes, a link's target.
