@@ -47,16 +47,6 @@ std::vector<AskedRange> ParseRanges(const std::vector<std::string>& operands) {
     return ranges;
 }
 
-// Whether ranges hold all from the beginning to the end.
-bool CoverAll(std::vector<TimeRange> ranges, double length) {
-    std::ranges::sort(ranges, {}, &TimeRange::begin);
-    double covered = 0.0;
-    for (const TimeRange& range : ranges) {
-        covered = range.begin <= covered ? std::max(covered, range.end) : covered;
-    }
-    return covered >= length;
-}
-
 int RunCutter(const Arguments& arguments, bool keep) {
     const std::string& source = arguments.operands.front();
     const std::optional<FormatType> format = SourceFormat(source);
@@ -65,8 +55,7 @@ int RunCutter(const Arguments& arguments, bool keep) {
     }
     const std::vector<AskedRange> asked = ParseRanges(arguments.operands);
     CheckOutputExtension(arguments.operands.back(), *format);
-    // What is removed has to lie in the audio.
-    const bool needsLength = !keep || std::ranges::any_of(asked, [](const AskedRange& range) {
+    const bool needsLength = std::ranges::any_of(asked, [](const AskedRange& range) {
         return range.start.isFromEnd || range.end.isFromEnd;
     });
     double length = std::numeric_limits<double>::infinity();
@@ -82,10 +71,6 @@ int RunCutter(const Arguments& arguments, bool keep) {
             return kFailed;
         }
         piece.ranges.push_back({begin, std::min(end, length)});
-    }
-    if (!keep && CoverAll(piece.ranges, length)) {
-        ReportError(source, DescribeFailure(CutReason::NothingLeft));
-        return kFailed;
     }
     return WritePieces(source, *format, {piece}, arguments) ? kDone : kFailed;
 }

@@ -1,6 +1,7 @@
 #include "cli/PieceCutters.h"
 
 #include "cli/Operands.h"
+#include "cli/Report.h"
 #include "cutting/CutMP3.h"
 #include "cutting/CutWholeWAV.h"
 
@@ -44,6 +45,26 @@ bool CutWAV(const std::string& source, const std::vector<Piece>& pieces,
                       : CutWAVAllBut(source.c_str(), paths.front().c_str(), CutRanges(first));
 }
 
+// How long a source is need not be known to cut it: what was left of it tells whether each range
+// held audio, and whether anything is left but the frames at the borders.
+bool CheckRemoval(const std::string& source, FormatType format, const Piece& piece,
+                  const CutSummary& summary) {
+    // Of an MP3 the frame behind the last one left may have been the last of all.
+    const long long unitsToEnd = format == FormatType::MP3 ? 2 : 1;
+    const long long last = summary.runs.back().first + summary.runs.back().count - 1;
+    const double end = static_cast<double>(last + unitsToEnd) * summary.unitSeconds;
+    const std::vector<CutRange> removed = MergedRanges(CutRanges(piece));
+    const bool isNothingLeft =
+        removed.front().start <= 0.0 &&
+        static_cast<double>(last) * summary.unitSeconds < removed.front().end;
+    const bool isBehind = removed.back().start >= end;
+    if (isNothingLeft || isBehind) {
+        ReportError(source, DescribeFailure(isNothingLeft ? CutReason::NothingLeft
+                                                          : CutReason::NoAudioInRange));
+    }
+    return !isNothingLeft && !isBehind;
+}
+
 } // namespace
 
 bool CutPieces(const std::string& source, FormatType format, const std::vector<Piece>& pieces,
@@ -51,5 +72,6 @@ bool CutPieces(const std::string& source, FormatType format, const std::vector<P
     const bool isCut =
         format == FormatType::MP3 ? CutMP3(source, pieces, paths) : CutWAV(source, pieces, paths);
     outcome = {CutSummaries(), CutWarnings()};
-    return isCut;
+    const Piece& first = pieces.front();
+    return isCut && (first.keep || CheckRemoval(source, format, first, outcome.summaries.front()));
 }

@@ -16,6 +16,6 @@ struct CutOutcome {
 
 /// Cuts each piece to a path of its own, with the cutter that the format and the pieces call for:
 /// an MP3 in one walk.
-/// @return false after a failure, which stands in CutFailure
+/// @return false after a failure, which has been reported or stands in CutFailure
 bool CutPieces(const std::string& source, FormatType format, const std::vector<Piece>& pieces,
                const std::vector<std::string>& paths, CutOutcome& outcome);

@@ -16,11 +16,12 @@ namespace {
 /// How strict a cut is.
 struct Rules {
     FrameWalk::Stump stump;
-    bool mayBeEmpty;  // a result without any frame
-    bool mayLoseTags; // where only the trailing tags cannot be read
+    bool mayBeEmpty;    // a result without any frame
+    bool mayLoseTags;   // where only the trailing tags cannot be read
+    bool endsWithAudio; // an end behind the audio means its end, for the seek table too
 };
-constexpr Rules kPlain{FrameWalk::Stump::Frame, true, true};
-constexpr Rules kWholeFrames{FrameWalk::Stump::NoFrame, false, false};
+constexpr Rules kPlain{FrameWalk::Stump::Frame, true, true, false};
+constexpr Rules kWholeFrames{FrameWalk::Stump::NoFrame, false, false, true};
 
 // As many frames as the range has, or there are.
 // @param expected  for the seek table
@@ -34,8 +35,13 @@ void WriteRange(MP3Output& output, FrameWalk& walk, const FrameRange& range, lon
     }
 }
 
-void WriteAllButRange(CMPAFile& file, MP3Output& output, FrameWalk& walk, const FrameRange& range) {
-    const long long expected = GetFrameCount(&file) - range.Distance() + 1;
+void WriteAllButRange(CMPAFile& file, MP3Output& output, FrameWalk& walk, FrameRange range,
+                      const Rules& rules) {
+    const long long count = GetFrameCount(&file);
+    if (rules.endsWithAudio) {
+        range.end = std::clamp(range.end, range.start, std::max(range.start, count));
+    }
+    const long long expected = count - range.Distance() + 1;
     while (output.FramesWritten() <= range.start && output.WriteNext(walk, expected)) {
     }
     walk.Skip(range.Distance() - 1);
@@ -71,10 +77,9 @@ void WriteAudio(CMPAFile& file, MP3Output& output, const CutRange& range, bool k
     const long long count = CountInHeader(file);
     const FrameRange frames(range, *walk.Current()->GetHeader());
     if (keep) {
-        const bool isPlain = rules.stump == FrameWalk::Stump::Frame;
-        WriteRange(output, walk, frames, ExpectedFrames(frames, isPlain ? 0 : count));
+        WriteRange(output, walk, frames, ExpectedFrames(frames, rules.endsWithAudio ? count : 0));
     } else {
-        WriteAllButRange(file, output, walk, frames);
+        WriteAllButRange(file, output, walk, frames, rules);
     }
     if (rules.stump == FrameWalk::Stump::NoFrame) {
         WalkOn(walk);
