@@ -6,4 +6,4 @@
 /// permissions.
 /// @return false when it cannot be copied, or both paths mean the same file: the second is as it
 ///         was then
-bool CopyFileReplacing(const std::string& from, const std::string& to);
+[[nodiscard]] bool CopyFileReplacing(const std::string& from, const std::string& to);

@@ -2,6 +2,7 @@
 
 #include "adaptor/CopyFileReplacing.h"
 #include "audio/bass.h"
+#include "engine/Format.h"
 #include "platform/Desktop.h"
 
 #include <filesystem>
@@ -17,7 +18,7 @@ KlipraMac::KlipraMac(KlipraMacDelegate* delegate, FormatType format, const std::
 }
 
 KlipraMac::~KlipraMac() {
-    StopScan();
+    m_scan.Stop();
     DeleteTempraryFiles();
     CloseBASS(); // here, as the end of playback calls a hook of this class
 }
@@ -29,6 +30,11 @@ bool KlipraMac::DeleteTempraryFiles() const {
 
 std::string KlipraMac::MakeTargetPath(const std::string& suffix) {
     return m_temporaryFiles.MakePath(suffix, GetExtension());
+}
+
+const char* KlipraMac::GetExtension() const {
+    const Format* const format = FindFormat(formatType);
+    return format == nullptr ? "wav" : format->extension;
 }
 
 std::string KlipraMac::QueryOutputPath() {

@@ -3,6 +3,7 @@
 #include "adaptor/HistoryTreeItem.h"
 #include "adaptor/KlipraMacDelegate.h"
 #include "adaptor/LevelColors.h"
+#include "adaptor/PeakScan.h"
 #include "adaptor/TemporaryFiles.h"
 #include "adaptor/WaveContext.h"
 #include "engine/Klipra.h"
@@ -20,7 +21,7 @@
 /// while others already draw what is finished. It reads the engine and the image, so it is stopped
 /// and joined before these change or go away. Everything else happens on the main thread, save
 /// EnablePlayStopButton.
-class KlipraMac : public Klipra {
+class KlipraMac : public Klipra, private PeakSink {
 public:
     /// What setNeedRefresh is told when a scan begins, and as the last thing when it ends.
     static constexpr int kRefreshWhileScanning = 2147483647;
@@ -110,23 +111,21 @@ public:
 
 private:
     std::string ProposeOutputName(const std::string& folder);
-    const char* GetExtension() const { return formatType == FormatType::MP3 ? "mp3" : "wav"; }
+    const char* GetExtension() const;
 
     void DropWaveImage();
     bool AllocateImage();
     void ComputeScale();
-    void StartScan(const std::string& path);
-    void StopScan();
-    void EndScan();
-    void ScanPeaks();
-    bool ScanColumn(float seconds);
-    bool MeasureColumn(float seconds, float (&levels)[2]) const;
-    void HandOnSeekInformation() const;
+
+    // Scan thread.
+    void AddColumn(float left, float right) override;
+    void FinishColumns() override;
+    void ScanHasEnded() override;
 
     // Main thread. The scan reads these, which do not change while it runs, and paints by way of
     // waveContext, which publishes the columns.
     SIZE imageSize;
-    std::uint32_t scanStream = 0; // handle of the stream that the scan reads and frees; 0: none
+    std::uint32_t scanStream = 0; // the scan's own, until that has been joined
     std::optional<WaveContext> waveContext;
     KlipraMacDelegate* const appDelegate;
     const std::string filePath; // the opened file
@@ -134,7 +133,8 @@ private:
     PageArray<std::uint32_t> wavePixels; // what waveContext paints into
 
     // Main thread alone.
-    std::thread scanThread; // to be joined, also when the scan has ended
+    std::thread scanThread;
     HistoryTreeItem historyRoot;
     const TemporaryFiles m_temporaryFiles;
+    PeakScan m_scan{{scanThread, scanStream, abortScan, channel}, *this}; // last: uses the others
 };

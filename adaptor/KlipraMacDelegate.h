@@ -2,36 +2,37 @@
 
 /// What the adaptor tells whoever shows the engine's state: a window, a terminal, a test.
 ///
-/// Called on the main thread, but for the two members that say otherwise.
+/// Whoever does not show something leaves that member as it is, doing nothing. Called on the main
+/// thread, but for the two members that say otherwise.
 class KlipraMacDelegate {
 public:
     virtual ~KlipraMacDelegate() = default;
 
     /// Starts the timer of the periodic redraw, afresh when it runs.
-    virtual void enableTimer() = 0;
-    virtual void disableTimer() = 0;
+    virtual void enableTimer() {}
+    virtual void disableTimer() {}
 
     /// Lays the waveform out anew for a zoom factor, also when that stays the same: sets the
     /// adaptor's wave size to the factor x the visible width, and has it create the wave image.
-    virtual void Zoom(int factor) = 0;
+    virtual void Zoom(int /*factor*/) {}
 
     /// Enables the zoom commands that `maxZoom` allows.
-    virtual void enableZoomMenu() = 0;
+    virtual void enableZoomMenu() {}
     /// Enables the edits that the number of defined cut positions allows.
-    virtual void EnableCutButton() = 0;
+    virtual void EnableCutButton() {}
     /// Switches the controls between playing and stopped; `playing` is set already. Main thread, or
     /// a thread of the audio library when playback has reached the end.
-    virtual void EnablePlayStopButton(bool isPlaying) = 0;
+    virtual void EnablePlayStopButton(bool /*isPlaying*/) {}
     /// Enables the save command when there is more than one entry.
-    virtual void EnableSaveButton() = 0;
+    virtual void EnableSaveButton() {}
     /// Enables the moves between scene changes as `sceneChangePositions` allow.
-    virtual void EnableSceneChangeMoveButton() = 0;
+    virtual void EnableSceneChangeMoveButton() {}
 
     /// Sets how many ticks of the timer still redraw the waveform while nothing plays. Main thread,
     /// or the peak scan's when that ends; the last thing the scan does.
-    virtual void setNeedRefresh(int count) = 0;
+    virtual void setNeedRefresh(int /*count*/) {}
 
     /// Shows the history tree anew and selects an entry.
     /// @param id  of the entry; one that is not shown, such as -1, leaves the selection alone
-    virtual void refreshHistoryOutlineView(int id) = 0;
+    virtual void refreshHistoryOutlineView(int /*id*/) {}
 };

@@ -2,6 +2,7 @@
 
 #include "adaptor/KlipraMac.h"
 #include "app/Markers.h"
+#include "engine/Format.h"
 
 #include <algorithm>
 
@@ -12,11 +13,11 @@ std::string TimeAt(const KlipraMac& klipra, unsigned long long position) {
 }
 
 std::string FileText(const KlipraMac& klipra) {
-    if (klipra.channel == 0) {
+    const Format* const format = FindFormat(klipra.formatType);
+    if (klipra.channel == 0 || format == nullptr) {
         return "";
     }
-    const char* const format = klipra.formatType == FormatType::MP3 ? "MP3" : "WAV";
-    return std::string(format) + "  長さ " + TimeAt(klipra, klipra.length);
+    return std::string(format->name) + "  長さ " + TimeAt(klipra, klipra.length);
 }
 
 std::string RangeText(const KlipraMac& klipra) {

@@ -40,17 +40,10 @@ class SilentDelegate : public KlipraMacDelegate {
 public:
     KlipraMac* klipra = nullptr;
 
-    void enableTimer() override {}
-    void disableTimer() override {}
     void Zoom(int factor) override {
         klipra->SetWaveSize(factor * kVisibleWidth);
         klipra->CreateWaveImage();
     }
-    void enableZoomMenu() override {}
-    void EnableCutButton() override {}
-    void EnablePlayStopButton(bool /*isPlaying*/) override {}
-    void EnableSaveButton() override {}
-    void EnableSceneChangeMoveButton() override {}
     void setNeedRefresh(int count) override {
         m_needRefresh = count;
         m_needRefresh.notify_all();

@@ -2,6 +2,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/Report.h"
+#include "engine/Format.h"
 #include "places/PrintableText.h"
 #include "platform/RegularFile.h"
 #include "platform/SystemError.h"
@@ -156,7 +157,7 @@ std::optional<FormatType> SourceFormat(const std::string& path) {
         return std::nullopt;
     }
     if (other != nullptr) {
-        const char* const expected = format == FormatType::MP3 ? "an MP3" : "a WAV";
+        const char* const expected = FindFormat(*format)->description;
         ReportError(path, std::string("is not ") + expected + " file: it looks like " + other);
         return std::nullopt;
     }
@@ -165,7 +166,7 @@ std::optional<FormatType> SourceFormat(const std::string& path) {
 
 void CheckOutputExtension(const std::string& output, FormatType format) {
     if (GetFormat(output) != format) {
-        throw UsageError(Quoted(output) + " needs the extension of the source, " +
-                         (format == FormatType::MP3 ? ".mp3" : ".wav"));
+        throw UsageError(Quoted(output) + " needs the extension of the source, ." +
+                         FindFormat(format)->extension);
     }
 }

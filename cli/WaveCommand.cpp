@@ -66,16 +66,6 @@ public:
         m_needRefresh.notify_all();
     }
 
-    // There are no controls.
-    void enableTimer() override {}
-    void disableTimer() override {}
-    void enableZoomMenu() override {}
-    void EnableCutButton() override {}
-    void EnablePlayStopButton(bool /*isPlaying*/) override {}
-    void EnableSaveButton() override {}
-    void EnableSceneChangeMoveButton() override {}
-    void refreshHistoryOutlineView(int /*id*/) override {}
-
 private:
     /// Says in English what is wrong with the file.
     class EnglishAdaptor : public KlipraMac {

@@ -229,8 +229,8 @@ public:
 
 protected:
     /// Cuts straight into a file of the caller's that holds nothing yet; as CutExec otherwise.
-    bool CutToFile(bool keep, const std::string& source, const std::string& output,
-                   unsigned long long start, unsigned long long end) const;
+    [[nodiscard]] bool CutToFile(bool keep, const std::string& source, const std::string& output,
+                                 unsigned long long start, unsigned long long end) const;
 
 private:
     bool HasRange() const {

@@ -1,6 +1,5 @@
 #include "audio/bass.h"
-#include "cutting/CutMP3.h"
-#include "cutting/CutWholeWAV.h"
+#include "engine/Format.h"
 #include "engine/Klipra.h"
 #include "platform/FileReplacement.h"
 
@@ -46,14 +45,8 @@ bool Klipra::CutToFile(bool keep, const std::string& source, const std::string& 
     if (lo < 0.0) {
         return false; // there is no stream to convert with
     }
-    switch (formatType) {
-    case FormatType::WAV:
-        return CutAnyWAV(source.c_str(), output.c_str(), lo, hi, keep);
-    case FormatType::MP3:
-        return CutMP3WholeFrames(source.c_str(), output.c_str(), static_cast<float>(lo),
-                                 static_cast<float>(hi), keep);
-    }
-    return false;
+    const Format* const format = FindFormat(formatType);
+    return format != nullptr && format->cut(source.c_str(), output.c_str(), lo, hi, keep);
 }
 
 bool Klipra::IsUsedByHistory(const std::string& path) const {
@@ -84,9 +77,9 @@ bool Klipra::Cut(bool keep) {
     UpdateCurrentHistory();
     DeleteAllChildren();
     PushHistory(name, target, false, parentId);
-    LoadPlayFile();
+    const bool isLoaded = LoadPlayFile();
     sceneChangePositions.clear();
-    if (!keep) {
+    if (isLoaded && !keep) {
         SetCurrentPosition(start);
     }
     FinishEdit();

@@ -6,7 +6,7 @@
 /// Opens a file as a stream to play.
 /// @return the audio library's handle, to be freed with BASS_StreamFree; 0 when the file cannot be
 ///         opened or holds no audio
-std::uint32_t OpenPlaybackStream(const std::string& path);
+[[nodiscard]] std::uint32_t OpenPlaybackStream(const std::string& path);
 
 /// Opens a file as a stream to read and measure, as above.
-std::uint32_t OpenDecodingStream(const std::string& path);
+[[nodiscard]] std::uint32_t OpenDecodingStream(const std::string& path);

@@ -34,7 +34,7 @@ public:
     const std::error_code& GetError() const { return m_error; }
 
     /// Puts the new file, which must be closed, in the target's place. Returns whether it did.
-    bool Commit();
+    [[nodiscard]] bool Commit();
 
 private:
     bool CheckTarget();

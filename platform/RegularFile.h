@@ -14,9 +14,9 @@ using FilePointer = std::unique_ptr<std::FILE, FileCloser>;
 /// Anything else that a path can name is refused at once: opening a FIFO would wait for its writer,
 /// and a directory or a device has no bytes to cut.
 /// @return null with errno set when the file cannot be opened or is no regular file
-FilePointer OpenRegularFile(const char* path);
+[[nodiscard]] FilePointer OpenRegularFile(const char* path);
 
 /// Opens a file for writing ("wb"): makes it, or empties the one that is there. A link is refused,
 /// for nobody knows who has put it there. The handle's closing tells whether all has arrived.
 /// @return null with errno set when the file cannot be opened
-FilePointer OpenForWriting(const char* path);
+[[nodiscard]] FilePointer OpenForWriting(const char* path);

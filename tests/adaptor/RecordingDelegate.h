@@ -14,27 +14,20 @@ public:
     KlipraMac* adaptor = nullptr;
     int visibleWidth = 0; ///< 0: there is no waveform
 
-    void enableTimer() override {}
-    void disableTimer() override {}
     void Zoom(int factor) override {
         if (visibleWidth != 0) {
             adaptor->SetWaveSize(factor * visibleWidth);
             adaptor->CreateWaveImage();
         }
     }
-    void enableZoomMenu() override {}
-    void EnableCutButton() override {}
     void EnablePlayStopButton(bool isPlaying) override {
         m_isPlaying = isPlaying;
         m_isPlaying.notify_all();
     }
-    void EnableSaveButton() override {}
-    void EnableSceneChangeMoveButton() override {}
     void setNeedRefresh(int count) override {
         m_needRefresh = count;
         m_needRefresh.notify_all();
     }
-    void refreshHistoryOutlineView(int /*id*/) override {}
 
     void AwaitScan() const { m_needRefresh.wait(KlipraMac::kRefreshWhileScanning); }
     void AwaitStop() const { m_isPlaying.wait(true); }

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "engine/FormatType.h"
+
+/// What there is to know of a format that can be edited.
+struct Format {
+    FormatType type{};
+    const char* name;        ///< "MP3"
+    const char* extension;   ///< of its files, lower case, without a dot: "mp3"
+    const char* description; ///< English, with the article, before "file": "an MP3"
+
+    /// Its cutter, CutMP3WholeFrames or CutAnyWAV.
+    bool (*cut)(const char* src, const char* dst, double start, double end, bool keep);
+};
+
+/// The format of a type; null for FormatType{}.
+const Format* FindFormat(FormatType type);
