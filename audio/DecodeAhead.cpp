@@ -1,16 +1,20 @@
 #include "audio/DecodeAhead.h"
 
-#include "audio/Mp3Decoder.h"
-
 #include <algorithm>
 #include <functional>
 #include <new>
 #include <system_error>
 #include <utility>
 
+namespace {
+
+constexpr std::int64_t kAtOnceSampleFrames = 2048;
+
+} // namespace
+
 DecodeAhead::DecodeAhead(const Mp3File& mp3, unsigned threads)
     : m_mp3(mp3), m_format(mp3.Format()), m_threadLimit(threads),
-      m_windowBlocks(std::int64_t{threads} + 2) {
+      m_windowBlocks(std::int64_t{threads} + 2), m_random(mp3) {
     Allocate();
 }
 
@@ -32,6 +36,7 @@ std::unique_ptr<Decoder> DecodeAhead::ForRandomAccess() const {
 
 void DecodeAhead::Seek(std::int64_t sampleFrame) {
     m_position = sampleFrame;
+    m_atOnceLeft = kAtOnceSampleFrames;
 }
 
 std::span<const std::int16_t> DecodeAhead::Read(std::int64_t maxSampleFrames) {
@@ -39,6 +44,9 @@ std::span<const std::int16_t> DecodeAhead::Read(std::int64_t maxSampleFrames) {
         return {};
     }
     const std::int64_t blockSampleFrames = m_mp3.BlockSampleFrames();
+    if (!IsThreadsTurn(m_position / blockSampleFrames)) {
+        return ReadAtOnce(maxSampleFrames);
+    }
     AwaitBlock(m_position / blockSampleFrames);
     const std::int64_t skipped = m_position % blockSampleFrames;
     const std::int64_t count = std::min(
@@ -46,6 +54,20 @@ std::span<const std::int16_t> DecodeAhead::Read(std::int64_t maxSampleFrames) {
     m_position += count;
     return {m_samples.get() + skipped * m_format.channels,
             static_cast<std::size_t>(count * m_format.channels)};
+}
+
+/// Whether the threads' work is at this block, or is to be from now on.
+bool DecodeAhead::IsThreadsTurn(std::int64_t block) const {
+    return m_atOnceLeft == 0 || (m_block >= 0 && (block == m_block || block == m_block + 1));
+}
+
+std::span<const std::int16_t> DecodeAhead::ReadAtOnce(std::int64_t maxSampleFrames) {
+    m_random.Seek(m_position);
+    const auto samples = m_random.Read(std::min(maxSampleFrames, m_atOnceLeft));
+    const std::int64_t count = static_cast<std::int64_t>(samples.size()) / m_format.channels;
+    m_position += count;
+    m_atOnceLeft -= count;
+    return samples;
 }
 
 /// Makes m_samples those of the block.

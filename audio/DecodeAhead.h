@@ -2,6 +2,7 @@
 
 #include "audio/BlockDecoder.h"
 #include "audio/Decoder.h"
+#include "audio/Mp3Decoder.h"
 #include "audio/Mp3File.h"
 #include "platform/PageArray.h"
 
@@ -15,8 +16,12 @@
 
 /// Decodes MPEG audio ahead of the reader on several threads, a block each at a time.
 ///
-/// The threads start with the first Read and end with the object; all that they need is made with
-/// it, so that nothing can fail later. No more than two blocks beyond one per thread are kept.
+/// What is read first after a seek to somewhere else is decoded by the reader's thread: who wants a
+/// moment of sound does not have all processors decode seconds of it.
+///
+/// The threads start with the first Read beyond that and end with the object; all that they need is
+/// made with it, so that nothing can fail later. No more than two blocks beyond one per thread are
+/// kept.
 class DecodeAhead : public Decoder {
 public:
     /// @param threads  at least 1
@@ -42,6 +47,8 @@ private:
 
     void Allocate();
     void StartThreads();
+    bool IsThreadsTurn(std::int64_t block) const;
+    std::span<const std::int16_t> ReadAtOnce(std::int64_t maxSampleFrames);
     void AwaitBlock(std::int64_t block);
     void Work(BlockDecoder& decoder);
     bool HasWork() const;
@@ -57,9 +64,11 @@ private:
     const std::int64_t m_windowBlocks; // how many are kept or in work, from the one being read on
     std::vector<std::unique_ptr<BlockDecoder>> m_decoders; // one per thread
     std::vector<std::thread> m_threads;
-    std::int64_t m_position = 0; // in sample frames
-    std::int64_t m_block = -1;   // the block being read; -1 for none
-    Samples m_samples;           // its samples
+    Mp3Decoder m_random;           // for what is read first after a seek
+    std::int64_t m_atOnceLeft = 0; // how many sample frames that still is
+    std::int64_t m_position = 0;   // in sample frames
+    std::int64_t m_block = -1;     // the block being read; -1 for none
+    Samples m_samples;             // its samples
 
     // shared: under the mutex
     std::mutex m_mutex;
