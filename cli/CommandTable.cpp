@@ -58,8 +58,8 @@ CommandInfo Extract() {
                     "range that holds no audio fails."},
         .examples = {{"Take ten minutes out of a long recording:",
                       "klipra-cli extract radio.mp3 1:20:00 1:30:00 interview.mp3"},
-                     {"Keep the last half minute, exact to the sample:",
-                      "klipra-cli extract --finish radio.mp3 end-30 end jingle.mp3"}},
+                     {"Keep the last half minute:",
+                      "klipra-cli extract radio.mp3 end-30 end jingle.mp3"}},
         .run = RunExtract,
     };
 }
@@ -117,7 +117,7 @@ CommandInfo Split() {
                       "klipra-cli split --quiet --time 1 --min-piece 60 radio.mp3 part-%.mp3"},
                      {"Split a concert at the tracks of a CUE sheet, and name and tag the pieces "
                       "by their titles:",
-                      "klipra-cli split --finish --tags --at concert.cue concert.mp3 "
+                      "klipra-cli split --tags --at concert.cue concert.mp3 "
                       "'% {title}.mp3'"},
                      {"Cut a day of radio into hours, after a look at what that gives:",
                       "klipra-cli split --dry-run --every 1h radio.mp3 hour-%02d.mp3"}},

@@ -8,11 +8,23 @@
 #include "places/TextLines.h"
 #include "platform/SystemError.h"
 
-void ReportLoadFailure(const std::string& path) {
+namespace {
+
+// Why this thread's last attempt to open a file failed, unless it is for what the file holds.
+void ReportOpenFailure(const std::string& path, const char* otherwise) {
     BASS_READFAILURE failure;
     const bool isKnown = BASS_GetOpenFailure(&failure) != FALSE;
-    ReportError(path, isKnown ? SystemErrorText(static_cast<int>(failure.error))
-                              : "holds no audio to decode");
+    ReportError(path, isKnown ? SystemErrorText(static_cast<int>(failure.error)) : otherwise);
+}
+
+} // namespace
+
+void ReportLoadFailure(const std::string& path) {
+    ReportOpenFailure(path, "holds no audio to decode");
+}
+
+void ReportScanFailure(const std::string& path) {
+    ReportOpenFailure(path, "cannot be measured: the system has no more threads");
 }
 
 bool ReportReadFailure(const std::string& path, std::uint32_t stream) {

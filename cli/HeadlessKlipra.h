@@ -8,6 +8,9 @@
 /// Tells why a file could not be loaded.
 void ReportLoadFailure(const std::string& path);
 
+/// Tells why the levels of a file that was loaded could not be read at all.
+void ReportScanFailure(const std::string& path);
+
 /// Tells what a stream of a file could not read, if there is something.
 /// @return whether there is nothing
 bool ReportReadFailure(const std::string& path, std::uint32_t stream);

@@ -45,6 +45,16 @@ bool CutWAV(const std::string& source, const std::vector<Piece>& pieces,
                       : CutWAVAllBut(source.c_str(), paths.front().c_str(), CutRanges(first));
 }
 
+} // namespace
+
+bool CutPieces(const std::string& source, FormatType format, const std::vector<Piece>& pieces,
+               const std::vector<std::string>& paths, CutOutcome& outcome) {
+    const bool isCut =
+        format == FormatType::MP3 ? CutMP3(source, pieces, paths) : CutWAV(source, pieces, paths);
+    outcome = {CutSummaries(), CutWarnings()};
+    return isCut;
+}
+
 // How long a source is need not be known to cut it: what was left of it tells whether each range
 // held audio, and whether anything is left but the frames at the borders.
 bool CheckRemoval(const std::string& source, FormatType format, const Piece& piece,
@@ -63,15 +73,4 @@ bool CheckRemoval(const std::string& source, FormatType format, const Piece& pie
                                                           : CutReason::NoAudioInRange));
     }
     return !isNothingLeft && !isBehind;
-}
-
-} // namespace
-
-bool CutPieces(const std::string& source, FormatType format, const std::vector<Piece>& pieces,
-               const std::vector<std::string>& paths, CutOutcome& outcome) {
-    const bool isCut =
-        format == FormatType::MP3 ? CutMP3(source, pieces, paths) : CutWAV(source, pieces, paths);
-    outcome = {CutSummaries(), CutWarnings()};
-    const Piece& first = pieces.front();
-    return isCut && (first.keep || CheckRemoval(source, format, first, outcome.summaries.front()));
 }

@@ -19,3 +19,9 @@ struct CutOutcome {
 /// @return false after a failure, which has been reported or stands in CutFailure
 bool CutPieces(const std::string& source, FormatType format, const std::vector<Piece>& pieces,
                const std::vector<std::string>& paths, CutOutcome& outcome);
+
+/// Whether each range that was removed held audio, and anything is left but the frames at the
+/// borders.
+/// @return false when not, which has been reported
+bool CheckRemoval(const std::string& source, FormatType format, const Piece& piece,
+                  const CutSummary& summary);

@@ -1,5 +1,6 @@
 #include "cli/Pieces.h"
 
+#include "cli/FinishPieces.h"
 #include "cli/OutputTargets.h"
 #include "cli/PieceCutters.h"
 #include "cli/PieceTags.h"
@@ -82,7 +83,10 @@ private:
     }
 
     bool Cut(const std::vector<std::string>& paths) {
-        return CutPieces(m_source, m_format, m_pieces, paths, m_outcome);
+        auto* const cut = m_arguments.Has(Option::Finish) ? FinishPieces : CutPieces;
+        const Piece& first = m_pieces.front();
+        return cut(m_source, m_format, m_pieces, paths, m_outcome) &&
+               (first.keep || CheckRemoval(m_source, m_format, first, m_outcome.summaries.front()));
     }
 
     bool Tag(const std::vector<std::string>& paths) {

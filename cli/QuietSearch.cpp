@@ -97,6 +97,10 @@ QuietThresholds QuietThresholds::From(const Arguments& arguments) {
 bool FindQuietPlaces(const HeadlessKlipra& engine, const QuietThresholds& thresholds,
                      std::vector<QuietStretch>& found) {
     LevelScan scan(engine.Path());
+    if (scan.Reader().GetStream() == 0) {
+        ReportScanFailure(engine.Path());
+        return false;
+    }
     std::vector<Block> blocks; // kept only where all have to be known first
     float level = thresholds.level.share;
     if (thresholds.level.isAuto) {

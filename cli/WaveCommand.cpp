@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <atomic>
 #include <strings.h>
+#include <thread>
 
 namespace {
 
@@ -52,6 +53,10 @@ public:
         }
         const Progress progress([&] { return DescribeScan(); });
         m_needRefresh.wait(KlipraMac::kRefreshWhileScanning);
+        if (!m_isScanned) {
+            ReportScanFailure(GetPath());
+            return false;
+        }
         return ReportReadFailure(GetPath(), m_adaptor.channel);
     }
 
@@ -62,6 +67,8 @@ public:
         m_adaptor.CreateWaveImage();
     }
     void setNeedRefresh(int count) override {
+        // A scan that ends on the thread that starts it has not begun.
+        m_isScanned = std::this_thread::get_id() != m_mainThread;
         m_needRefresh = count;
         m_needRefresh.notify_all();
     }
@@ -82,8 +89,10 @@ private:
     }
 
     const int m_visibleWidth;
-    std::atomic<int> m_needRefresh{0}; // scan -> main: that the scan has ended
-    EnglishAdaptor m_adaptor;          // last: its scan uses the others
+    const std::thread::id m_mainThread = std::this_thread::get_id();
+    std::atomic<bool> m_isScanned{false}; // scan -> main: before m_needRefresh
+    std::atomic<int> m_needRefresh{0};    // scan -> main: that the scan has ended
+    EnglishAdaptor m_adaptor;             // last: its scan uses the others
 };
 
 } // namespace

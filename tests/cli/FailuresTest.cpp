@@ -1,11 +1,20 @@
 #include "tests/cli/CliTest.h"
 #include "tests/support/FileSizeLimit.h"
+#include "tests/support/Mp3Builder.h"
+
+#include <array>
+#include <sstream>
 
 namespace {
 
 namespace fs = std::filesystem;
 
 using Failures = CliTest;
+
+// 16 bytes of AAC at 44.1 kHz.
+std::string AdtsFrame() {
+    return std::string("\xFF\xF1\x50\x80\x02\x1F\xFC", 7) + std::string(9, '\0');
+}
 
 TEST_F(Failures, OfWrongUsageShowTheUsageLine) {
     const std::pair<const char*, const char*> cases[] = {
@@ -72,6 +81,69 @@ TEST_F(Failures, LeaveEverythingAsItWas) {
     }
     const FileSizeLimit limit(1'000'000); // enough for the first piece only
     ExpectFailure(1, "split a.WAV 1 old-%.wav", "'old-2.wav': cannot be written");
+}
+
+TEST_F(Failures, OfWhatIsAskedAndOfTargetsNameTheFileAtFault) {
+    m_folder.Write("aac.mp3", AdtsFrame() + AdtsFrame());
+    m_folder.Write("not-aac.mp3", AdtsFrame() + Mp3Builder().Frames(9).Bytes());
+    m_folder.Write("wav.mp3", m_wav.Header());
+    m_folder.Write("mp3.wav", Mp3Builder().Id3v2(9).Frames(2).Bytes());
+    m_folder.Write("b\n.mp3", "");
+    m_folder.Write("list", "1\t1\t\n200\t200\t\n");
+    m_folder.Write("o2.wav", "old");
+    fs::create_symlink("nowhere.wav", m_folder.Path("dangling.wav"));
+    fs::create_symlink("o1.wav", m_folder.Path("p2.wav"));
+    fs::create_symlink("p2.wav", m_folder.Path("p1.wav"));
+    fs::create_symlink("o2.wav", m_folder.Path("q1.wav"));
+    fs::create_hard_link(m_folder.Path("o2.wav"), m_folder.Path("q2.wav"));
+    fs::create_symlink("/dev/null", m_folder.Path("null.png"));
+    const std::pair<std::string, std::string> cases[] = {
+        {"scenes aac.mp3", "'aac.mp3': is not an MP3 file: it looks like AAC (ADTS)\n"},
+        {"cut wav.mp3 1 2 o.mp3", "'wav.mp3': is not an MP3 file: it looks like WAV\n"},
+        {"info mp3.wav", "'mp3.wav': is not a WAV file: it looks like MP3\n"},
+        {"info 'b\n.mp3'", "'b\\n.mp3': "},
+        {"extract a.WAV 100 200 o.wav", "'a.WAV': there is no audio in the range\n"},
+        {"extract a.WAV 5 5 o.wav", "'a.WAV': there is no audio from 5.000000 to 5.000000 s\n"},
+        {"cut a.WAV 0 50 50 end o.wav", "'a.WAV': nothing would be left of it\n"},
+        {"cut a.WAV 1 2 100 200 o.wav", "'a.WAV': there is no audio in the range\n"},
+        {"cut a.WAV 1 2 dangling.wav", "'dangling.wav': is a link that leads nowhere\n"},
+        {"cut a.WAV 1 2 none/o.wav", "'none/o.wav': No such file or directory\n"},
+        {"wave a.WAV null.png", "'null.png': is no regular file\n"},
+        {"split a.WAV 1 p%.wav", "link that leads nowhere\n"},
+        {"split a.WAV 1 q%.wav", "'q2.wav': is the same file as 'q1.wav'\n"},
+        {"split -n a.WAV 1 o%.wav", "'o2.wav': exists, and is not to be replaced\n"},
+        {"extract -n --dry-run a.WAV 1 2 o2.wav", "'o2.wav': exists"},
+        {"split --at none a.WAV o%.wav", "'none': No such file or directory\n"},
+        {"split --at list a.WAV o%.wav",
+         "'list': line 2: 200.000000 s does not lie before the end"},
+        {"split --at - a.WAV o%.wav <a.WAV", "'standard input': line 1: "},
+        {"split --every 0.0005 a.WAV o%.wav", "'a.WAV': would be split into more than 100000"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        ExpectFailure(1, arguments, message);
+    }
+    EXPECT_NE(Done("info not-aac.mp3").find("sampling_rate"), std::string::npos);
+}
+
+// At whatever moment: while the outputs are made, written, exchanged.
+TEST_F(Failures, ByASignalLeaveNothingBehind) {
+    std::ostringstream list;
+    for (int i = 1; i < 800; ++i) {
+        list << ' ' << i * 0.125;
+    }
+    const std::string places = list.str();
+    int interrupted = 0;
+    for (unsigned int attempt = 0; attempt < 25; ++attempt) {
+        const auto before = Snapshot();
+        std::ostringstream line;
+        line << "timeout -s " << std::array{"INT", "TERM", "HUP", "QUIT"}[attempt % 4] << ' '
+             << 0.002 * (attempt + 1) << " klipra-cli split a.WAV" << places << " x%.wav";
+        const int status = RunLine(line.str());
+        interrupted += status != 0 ? 1 : 0;
+        EXPECT_TRUE(status == 0 || Snapshot() == before) << line.str();
+        RunLine("rm -f x*");
+    }
+    EXPECT_GT(interrupted, 3);
 }
 
 } // namespace

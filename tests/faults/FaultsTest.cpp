@@ -227,6 +227,10 @@ TEST_F(CommandLineFaults, OfDisksAreNamedAndLeaveTheOldFiles) {
         {"read:error=EIO:when=3 -P b.mp3", "cut b.mp3 1 2 new.mp3", "'b.mp3': cannot be read"},
         {"openat:error=EACCES -P a.WAV", "cut a.WAV 1 2 new.wav", "'a.WAV': Permission denied"},
         {"openat:error=EACCES -P a.WAV", "wave a.WAV new.png", "'a.WAV': Permission denied"},
+        {"openat:error=EMFILE:when=3 -P a.WAV", "scenes a.WAV", "'a.WAV': Too many open files"},
+        {"/^clone:error=EAGAIN", "wave a.WAV new.png", "the system has no more threads"},
+        {"/^p?read:error=EIO:when=20+ -P a.WAV", "scenes a.WAV", "'a.WAV': Input/output"},
+        {"/^p?read:error=EIO:when=30 -P a.WAV", "wave a.WAV new.png", " s on (byte "},
     };
     for (const auto& [fault, command, message] : cases) {
         // The leak sanitizer and strace cannot both trace a process.

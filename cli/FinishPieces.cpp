@@ -1,0 +1,73 @@
+#include "cli/FinishPieces.h"
+
+#include "cli/Report.h"
+#include "cutting/CutWholeWAV.h"
+#include "cutting/WholeWAVLayout.h"
+#include "platform/RegularFile.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+/// Where times lie in a WAV, in sample frames.
+class WAVTimes {
+public:
+    /// Of what is no WAV nothing is known; the cutter tells what is wrong with it.
+    explicit WAVTimes(const std::string& source) {
+        const FilePointer file = OpenRegularFile(source.c_str());
+        WholeWAVLayout layout;
+        if (file != nullptr && ReadWholeWAVLayout(file.get(), layout) == CutReason::None) {
+            m_rateHz = layout.samplesPerSecond;
+            m_total = layout.SampleFrames();
+        }
+    }
+
+    /// What a piece keeps, in ascending order.
+    std::vector<SampleRange> Kept(const Piece& piece) const {
+        if (piece.keep) {
+            return {{Position(piece.ranges[0].begin), Position(piece.ranges[0].end)}};
+        }
+        std::vector<CutRange> ranges;
+        for (const TimeRange& range : piece.ranges) {
+            ranges.push_back({range.begin, range.end});
+        }
+        std::vector<SampleRange> kept;
+        long long begin = 0;
+        for (const CutRange& range : MergedRanges(ranges)) {
+            kept.push_back({begin, Position(range.start)});
+            begin = std::max(begin, Position(range.end));
+        }
+        kept.push_back({begin, m_total});
+        return kept;
+    }
+
+private:
+    long long Position(double seconds) const {
+        constexpr double kRounding = 1e-6; // of a sample frame
+        const double position = std::floor(seconds * m_rateHz + kRounding);
+        return position < static_cast<double>(m_total) ? static_cast<long long>(position) : m_total;
+    }
+
+    double m_rateHz = 0.0;
+    long long m_total = 0;
+};
+
+} // namespace
+
+bool FinishPieces(const std::string& source, FormatType format, const std::vector<Piece>& pieces,
+                  const std::vector<std::string>& paths, CutOutcome& outcome) {
+    outcome = {};
+    if (format != FormatType::WAV) {
+        ReportError(source, "only WAV files can be finished");
+        return false;
+    }
+    const WAVTimes times(source);
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        if (!FinishWAV(source.c_str(), paths[i].c_str(), times.Kept(pieces[i]))) {
+            return false;
+        }
+        outcome.summaries.push_back(CutSummaries().front());
+    }
+    return true;
+}
