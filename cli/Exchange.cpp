@@ -4,16 +4,14 @@
 #include "places/PrintableText.h"
 #include "platform/SystemError.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <ranges>
 #include <sys/stat.h>
 #include <unistd.h>
 
 Exchange::~Exchange() {
-    for (const Step& step : std::views::reverse(m_steps)) {
-        Undo(step);
-    }
+    std::for_each(m_steps.rbegin(), m_steps.rend(), Undo);
 }
 
 bool Exchange::Add(FileReplacement& replacement, const std::string& output, bool keepsOld) {

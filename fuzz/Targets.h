@@ -13,6 +13,9 @@ void FuzzParser(const FuzzInput& input);
 void FuzzCutMP3(const FuzzInput& input);
 void FuzzCutWAV(const FuzzInput& input);
 
+/// The cutter of whole WAV files: all samples of the source but some, and again all of the result.
+void FuzzCutWholeWAV(const FuzzInput& input);
+
 /// A decoding stream: length, seeks, levels and seek information.
 void FuzzStream(const FuzzInput& input);
 

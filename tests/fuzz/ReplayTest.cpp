@@ -43,8 +43,8 @@ std::vector<std::string> LargeFiles() {
     };
 }
 
-constexpr void (*kTargets[])(const FuzzInput&) = {FuzzParser, FuzzCutMP3, FuzzCutWAV,
-                                                  FuzzStream, FuzzInfo,   FuzzList};
+constexpr void (*kTargets[])(const FuzzInput&) = {
+    FuzzParser, FuzzCutMP3, FuzzCutWAV, FuzzCutWholeWAV, FuzzStream, FuzzInfo, FuzzList};
 
 class Replay : public testing::TestWithParam<std::size_t> {
 protected:
