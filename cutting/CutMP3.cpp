@@ -75,14 +75,18 @@ void WriteAudio(CMPAFile& file, MP3Output& output, const CutRange& range, bool k
     }
     output.Begin(file, *walk.Current());
     const long long count = CountInHeader(file);
+    const bool isTrusted = TellsItsSize(file);
     const FrameRange frames(range, *walk.Current()->GetHeader());
     if (keep) {
-        WriteRange(output, walk, frames, ExpectedFrames(frames, rules.endsWithAudio ? count : 0));
+        WriteRange(output, walk, frames,
+                   ExpectedFrames(frames, rules.endsWithAudio && isTrusted ? count : 0));
     } else {
         WriteAllButRange(file, output, walk, frames, rules);
     }
     if (rules.stump == FrameWalk::Stump::NoFrame) {
-        WalkOn(walk);
+        // The end is far away: it is looked at where there is a doubt. A removal stops just before
+        // it.
+        isTrusted ? walk.Skip(keep ? 0 : 2) : WalkOn(walk);
         WarnOfEnd(walk, count);
     }
     if (output.FramesWritten() == 0 && !rules.mayBeEmpty) {

@@ -58,7 +58,7 @@ class PieceWriter {
 public:
     PieceWriter(CMPAFile& file, const char* source)
         : m_file(file), m_source(source), m_first(*file.GetFirstFrame()), m_counts(file),
-          m_walk(file, FrameWalk::Stump::NoFrame) {
+          m_isTrusted(TellsItsSize(file)), m_walk(file, FrameWalk::Stump::NoFrame) {
         if (m_walk.Current() == nullptr) {
             throw CutError{CutReason::NoFrame};
         }
@@ -89,7 +89,9 @@ public:
     /// All pieces are written: looks at what is behind them.
     void WarnOfRest() {
         m_counts.Restore();
-        WalkOn(m_walk);
+        if (!m_isTrusted) {
+            WalkOn(m_walk);
+        }
         WarnOfEnd(m_walk, CountInHeader(m_file));
     }
 
@@ -98,7 +100,7 @@ private:
     FrameWalk::Place WriteFrames(MP3Output& output, const FrameRange& frames, long long nextStart,
                                  long long count) {
         const long long most = frames.Distance() + 1;
-        const long long expected = ExpectedFrames(frames, count);
+        const long long expected = ExpectedFrames(frames, m_isTrusted ? count : 0);
         FrameWalk::Place next = m_walk.Here();
         bool isWriting = most > 0;
         while (isWriting) {
@@ -114,6 +116,7 @@ private:
     const char* m_source;
     CMPAFrame m_first;
     HeaderCounts m_counts;
+    bool m_isTrusted;
     FrameWalk m_walk;
 };
 

@@ -10,10 +10,12 @@
 #include "mpeg/MPAStream.h"
 #include "mpeg/Tags.h"
 #include "mpeg/VBRHeader.h"
+#include "mpeg/XINGHeader.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <vector>
 
@@ -205,6 +207,21 @@ long long CountInHeader(const CMPAFile& source) {
 double FrameSeconds(const CMPAFrame& frame) {
     const CMPAHeader& header = *frame.GetHeader();
     return static_cast<double>(header.GetSamplesPerFrame()) / header.GetSamplingRateHz();
+}
+
+bool TellsItsSize(const CMPAFile& source) {
+    const CVBRHeader* const header = source.GetVBRHeader();
+    if (header == nullptr) {
+        return true;
+    }
+    // What the parser has filled in says nothing.
+    const auto* const xing = dynamic_cast<const CXINGHeader*>(header);
+    if (xing != nullptr && (xing->ReadFlags() & CXINGHeader::kByteCount) == 0) {
+        return false;
+    }
+    constexpr long long kTolerance = 4096; // the header's own frame may be counted or not
+    const long long size = source.GetTags()->GetEndOffset() - source.GetFirstFrame()->GetOffset();
+    return std::abs(size - header->GetByteCount()) <= kTolerance;
 }
 
 long long ExpectedFrames(const FrameRange& range, long long count) {

@@ -76,6 +76,10 @@ bool WithMP3Source(const char* source, const std::function<void(CMPAFile&)>& wri
 /// The number of frames after the first one that the source's VBR header tells; 0 for none.
 long long CountInHeader(const CMPAFile& source);
 
+/// Whether the VBR header counts about as many bytes as there are, or there is none. One that does
+/// not tells of another file: of the first of two that were joined, of one that was cut off.
+bool TellsItsSize(const CMPAFile& source);
+
 /// How long a frame plays.
 double FrameSeconds(const CMPAFrame& frame);
 
