@@ -1,5 +1,7 @@
 #include "app/AppDelegate.h"
 
+#include "app/CommandBar.h"
+#include "app/FitToScreen.h"
 #include "app/HistoryOutline.h"
 #include "app/KeyCodes.h"
 #include "app/PreferenceWindowController.h"
@@ -34,6 +36,8 @@ QString TitleOf(const std::string& name) {
 
 AppDelegate::AppDelegate() : m_ui(std::make_unique<Ui::MainWindow>()) {
     m_ui->setupUi(&window);
+    window.addToolBar(MakeCommandBar(*m_ui->toolBarLayout, &window));
+    m_ui->mainLayout->removeItem(m_ui->toolBarLayout);
     for (QToolButton* const button : window.findChildren<QToolButton*>()) {
         if (const QString name = button->property("iconName").toString(); !name.isEmpty()) {
             button->setIcon(MakeTintedIcon(":/icons/" + name + ".svg"));
@@ -98,6 +102,7 @@ void AppDelegate::applicationDidFinishLaunching(const std::vector<std::string>& 
 void AppDelegate::OpenFile(const LaunchFile& file) {
     const std::string name = Klipra::ExtractFilename(file.path);
     window.setWindowTitle(TitleOf(name));
+    FitToScreen(window);
     window.show(); // only now has the content view its width
 
     pKlipraMac = std::make_unique<KlipraMac>(this, file.format, file.path);

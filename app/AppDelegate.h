@@ -3,12 +3,12 @@
 #include "adaptor/KlipraMac.h"
 #include "adaptor/KlipraMacDelegate.h"
 #include "app/ControlRules.h"
+#include "app/ElidedLabel.h"
 #include "app/GoWindowController.h"
 #include "app/LaunchCheck.h"
 #include "app/MainViewForKeyHandle.h"
 #include "app/PreferenceFields.h"
 
-#include <QLabel>
 #include <QMainWindow>
 #include <QSessionManager>
 #include <QTimer>
@@ -153,12 +153,12 @@ private:
     QTimer myTimer;                                         // of the refresh
 
     // In the status bar, which owns them.
-    QLabel* const m_fileLabel = new QLabel;
-    QLabel* const m_rangeLabel = new QLabel;
-    QLabel* const m_scenesLabel = new QLabel;
-    QLabel* const m_messageLabel = new QLabel;
-    QLabel* const m_waveformLabel = new QLabel;
-    QLabel* const m_outputLabel = new QLabel; // shown where there is no audio output
+    ElidedLabel* const m_fileLabel = new ElidedLabel;
+    ElidedLabel* const m_rangeLabel = new ElidedLabel;
+    ElidedLabel* const m_scenesLabel = new ElidedLabel;
+    ElidedLabel* const m_messageLabel = new ElidedLabel;
+    ElidedLabel* const m_waveformLabel = new ElidedLabel;
+    ElidedLabel* const m_outputLabel = new ElidedLabel; // shown where there is no audio output
 
     /// Ticks that still redraw though nothing plays. Scan thread -> main; no other data hang on it.
     std::atomic<int> needRefresh{0};
