@@ -48,6 +48,27 @@ def wav(directory, name, size=WAV_BYTES):
     return path
 
 
+def recorders_wav(directory, name):
+    """The path of the same WAV as a recorder leaves it, with a chunk before its format; built unless
+    it is there."""
+    path = directory / name
+    plain = wav(directory, "pcm.wav")
+    if not path.exists():
+        print(f"Building {path.relative_to(ROOT)}")
+        write_whole(path, with_chunk_first(plain))
+    return path
+
+
+def with_chunk_first(plain):
+    chunk = b"JUNK" + (28).to_bytes(4, "little") + bytes(28)
+    with plain.open("rb") as source:
+        header = source.read(12)
+        size = int.from_bytes(header[4:8], "little") + len(chunk)
+        yield header[:4] + size.to_bytes(4, "little") + header[8:] + chunk
+        while piece := source.read(1 << 20):
+            yield piece
+
+
 def wav_seconds(path):
     """How long a WAV plays, in whole seconds, the last one left out when it is not full."""
     with wave.open(str(path)) as reader:

@@ -70,6 +70,10 @@ class Bench:
         path = long_recordings.wav(self.directory, "pcm.wav")
         return Recording(path, long_recordings.wav_seconds(path), bounded=False)
 
+    def recorders_wav(self):
+        path = long_recordings.recorders_wav(self.directory, "recorder.wav")
+        return Recording(path, self.wav().seconds, bounded=False)
+
     def hour_of_mp3(self):
         options = ["--cbr", "-b", "128"]
         return long_recordings.mp3(self.directory, "hour.mp3", options, False, hours=1)
@@ -96,6 +100,12 @@ def extract(bench, recording):
     if recording.path.suffix == ".mp3":
         peers.append(Peer("mp3splt", mp3splt(recording.path, start, end, result)))
     return Work(command, result, result_copy, peers)
+
+
+def extract_whole(bench, recording):
+    """The same from a WAV whose chunks are all kept and corrected."""
+    command, result, result_copy = bench.edit("extract", recording, recording.middle())
+    return Work(command, result, result_copy, [Peer("cp", ["cp", result_copy, result], 1.3)])
 
 
 def cut_ten_minutes(bench, recording):
@@ -193,6 +203,7 @@ WORKS = {
     "vbr cut": lambda bench: cut(bench, bench.vbr()),
     "vbr cut 10 min": lambda bench: cut_ten_minutes(bench, bench.vbr()),
     "wav extract": lambda bench: extract(bench, bench.wav()),
+    "whole wav extract": lambda bench: extract_whole(bench, bench.recorders_wav()),
     "wav cut": lambda bench: cut(bench, bench.wav()),
     "wav cut 10 min": lambda bench: cut_ten_minutes(bench, bench.wav()),
     "cbr open": lambda bench: open_stream(bench, bench.cbr()),
