@@ -53,3 +53,17 @@ HistoryTreeItem* HistoryTreeItem::Find(int wantedId) {
     }
     return nullptr;
 }
+
+std::vector<int> HistoryTreeItem::GetIds() const {
+    std::vector<int> ids;
+    std::vector<const HistoryTreeItem*> pending = {this};
+    while (!pending.empty()) {
+        const HistoryTreeItem* const node = pending.back();
+        pending.pop_back();
+        ids.push_back(node->id);
+        for (auto child = node->children.rbegin(); child != node->children.rend(); ++child) {
+            pending.push_back(&*child);
+        }
+    }
+    return ids;
+}

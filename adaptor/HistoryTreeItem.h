@@ -20,6 +20,9 @@ public:
     /// order; null when there is none. Valid until the subtree changes.
     HistoryTreeItem* Find(int wantedId);
 
+    /// The ids of this subtree, a node's before its children's and these in their order.
+    std::vector<int> GetIds() const;
+
     int id = 0;
     std::vector<HistoryTreeItem> children; ///< in the order in which they were added
 };

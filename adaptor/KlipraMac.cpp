@@ -1,6 +1,7 @@
 #include "adaptor/KlipraMac.h"
 
 #include "adaptor/CopyFileReplacing.h"
+#include "adaptor/HeldAlerts.h"
 #include "audio/bass.h"
 #include "engine/Format.h"
 #include "platform/Desktop.h"
@@ -62,8 +63,37 @@ std::string KlipraMac::ProposeOutputName(const std::string& folder) {
     return name;
 }
 
+bool KlipraMac::DoWork(const std::function<bool()>& work) {
+    HeldAlerts alerts;
+    bool succeeded = false;
+    {
+        BackgroundWork background([&] {
+            Desktop* const before = InstallThreadDesktop(&alerts);
+            succeeded = work();
+            InstallThreadDesktop(before);
+        });
+        appDelegate->AwaitWork(background);
+    }
+    alerts.Show();
+    return succeeded;
+}
+
+bool KlipraMac::CutExec(bool keep, const std::string& source, const std::string& target,
+                        unsigned long long start, unsigned long long end) {
+    return DoWork([&] { return Klipra::CutExec(keep, source, target, start, end); });
+}
+
 bool KlipraMac::CopyFile(const std::string& from, const std::string& to) {
-    return CopyFileReplacing(from, to);
+    return DoWork([&] {
+        const bool isCopied = CopyFileReplacing(from, to);
+        m_lastFailure = {CutFailure()};
+        return isCopied;
+    });
+}
+
+void KlipraMac::EnableSaveButton() {
+    DeleteDroppedFiles(); // an edit or a selection is complete, its entry loaded
+    appDelegate->EnableSaveButton();
 }
 
 void KlipraMac::ErrorMsg(int code) {

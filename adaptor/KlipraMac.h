@@ -10,9 +10,11 @@
 #include "platform/PageArray.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 /// The engine on a desktop: its hooks filled in with temporary files, the desktop's alerts and save
 /// panel, the wave image and the history tree. What concerns controls goes on to a delegate.
@@ -53,7 +55,11 @@ public:
     /// Asks on the desktop, beginning in the folder of the opened file; proposes a name made of
     /// that file's and the current label, such as song-1-2.mp3, that no file there has yet.
     std::string QueryOutputPath() override;
-    /// An existing second file is replaced at once and whole.
+    /// As the engine does it, but its bytes on a thread of its own; see
+    /// KlipraMacDelegate::AwaitWork.
+    bool CutExec(bool keep, const std::string& source, const std::string& target,
+                 unsigned long long start, unsigned long long end) override;
+    /// An existing second file is replaced at once and whole; on a thread of its own as well.
     bool CopyFile(const std::string& from, const std::string& to) override;
     void ErrorMsg(int code) override;
 
@@ -65,7 +71,7 @@ public:
     void EnableZoomMenu() override { appDelegate->enableZoomMenu(); }
     void EnableCutButton() override { appDelegate->EnableCutButton(); }
     void EnablePlayStopButton(bool isPlaying) override;
-    void EnableSaveButton() override { appDelegate->EnableSaveButton(); }
+    void EnableSaveButton() override;
     void EnableSceneChangeMoveButton() override { appDelegate->EnableSceneChangeMoveButton(); }
 
     /// Whether playback is heard; without an output, or once it is lost, it goes on in silence, at
@@ -113,6 +119,9 @@ private:
     std::string ProposeOutputName(const std::string& folder);
     const char* GetExtension() const;
 
+    bool DoWork(const std::function<bool()>& work);
+    void DeleteDroppedFiles();
+
     void DropWaveImage();
     bool AllocateImage();
     void ComputeScale();
@@ -135,6 +144,7 @@ private:
     // Main thread alone.
     std::thread scanThread;
     HistoryTreeItem historyRoot;
+    std::vector<int> m_droppedIds; // entries that have left the tree, and whose files may go
     const TemporaryFiles m_temporaryFiles;
     PeakScan m_scan{{scanThread, scanStream, abortScan, channel}, *this}; // last: uses the others
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "adaptor/BackgroundWork.h"
+
 /// What the adaptor tells whoever shows the engine's state: a window, a terminal, a test.
 ///
 /// Whoever does not show something leaves that member as it is, doing nothing. Called on the main
@@ -31,6 +33,11 @@ public:
     /// Sets how many ticks of the timer still redraw the waveform while nothing plays. Main thread,
     /// or the peak scan's when that ends; the last thing the scan does.
     virtual void setNeedRefresh(int /*count*/) {}
+
+    /// Returns when the work is done, which writes what the engine is asked for at this moment. A
+    /// window stays alive meanwhile, but gives the engine no other command that edits or selects:
+    /// the engine would not follow it. Whoever cancels the work waits for its end all the same.
+    virtual void AwaitWork(BackgroundWork& work) { work.Wait(); }
 
     /// Shows the history tree anew and selects an entry.
     /// @param id  of the entry; one that is not shown, such as -1, leaves the selection alone

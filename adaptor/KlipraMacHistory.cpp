@@ -1,5 +1,8 @@
 #include "adaptor/KlipraMac.h"
 
+#include <set>
+#include <unistd.h>
+
 void KlipraMac::PushHistory(const std::string& name, const std::string& path, bool saved,
                             int parentId) {
     const bool isFirst = currentHistoryId < 0;
@@ -15,9 +18,33 @@ void KlipraMac::PushHistory(const std::string& name, const std::string& path, bo
 
 void KlipraMac::DeleteAllChildren() {
     HistoryTreeItem* const node = FindHistoryTreeItem(currentHistoryId);
-    while (node != nullptr && !node->children.empty()) {
+    if (node == nullptr) {
+        return;
+    }
+    const std::vector<int> ids = node->GetIds();
+    m_droppedIds.insert(m_droppedIds.end(), ids.begin() + 1, ids.end());
+    while (!node->children.empty()) {
         node->children.pop_back();
     }
+}
+
+void KlipraMac::DeleteDroppedFiles() {
+    if (m_droppedIds.empty()) {
+        return;
+    }
+    std::set<std::string> used = {histories.front().path};
+    for (const int id : historyRoot.GetIds()) {
+        used.insert(FindHistoryItem(id)->path);
+    }
+    if (const HistoryItem* const item = FindHistoryItem(currentHistoryId); item != nullptr) {
+        used.insert(item->path); // which the tree may not hold
+    }
+    for (const int id : m_droppedIds) {
+        if (const std::string& path = FindHistoryItem(id)->path; !used.contains(path)) {
+            unlink(path.c_str());
+        }
+    }
+    m_droppedIds.clear();
 }
 
 std::string KlipraMac::GetCurrentHistoryItemName() {

@@ -7,9 +7,10 @@ Klipra::~Klipra() {
 }
 
 void Klipra::PushHistory(const std::string& name, const std::string& path, bool saved,
-                         int /*parentId*/) {
+                         int parentId) {
     currentHistoryId = ++lastHistoryId;
-    histories.push_back({currentHistoryId, name, path, CutPositions(), saved});
+    histories.push_back({currentHistoryId, name, path, CutPositions(), saved,
+                         histories.empty() ? 0 : parentId, m_edit, m_editRange});
     cutPositions = CutPositions();
 }
 
@@ -26,10 +27,10 @@ void Klipra::UpdateCurrentHistory() {
 }
 
 void Klipra::SelectHistory(int id) {
-    if (id == currentHistoryId) {
+    if (id == currentHistoryId || m_isBusy) {
         return;
     }
-    LoadPlayFile(id);
+    static_cast<void>(LoadPlayFile(id)); // a failure has been shown
     sceneChangePositions.clear();
     EnableCutButton();
     EnableSaveButton();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/CutPositions.h"
+#include "engine/EditFailure.h"
 #include "engine/FormatType.h"
 #include "engine/HistoryItem.h"
 #include "engine/SIZE.h"
@@ -59,7 +60,7 @@ public:
     virtual bool CopyFile(const std::string& from, const std::string& to) = 0;
     /// Appends an entry, makes it current and unsets the cut positions; the playback stream stays.
     /// An override calls this one first, then files the entry in its tree.
-    /// @param parentId  the entry that this one was made from; of no meaning to the engine
+    /// @param parentId  the entry that this one was made from
     virtual void PushHistory(const std::string& name, const std::string& path, bool saved,
                              int parentId);
     /// Removes every child of the current entry from the history tree; `histories` keeps them.
@@ -142,24 +143,32 @@ public:
     void ZoomDelta(int delta);
 
     // Edits. Each makes new entries under the current one, the last of which is current and loaded
-    // afterwards; false means a failure, which has been shown, or that there was nothing to do.
+    // afterwards; false means a failure, which has been shown unless it was cancelled, or that
+    // there was nothing to do. While one is under way the others do nothing.
 
     /// Fails where one of the cut positions is unset, as SaveRange does.
     /// @param keep  true: an entry that holds only the range of the cut positions; false: one that
     ///              holds everything else
     bool Cut(bool keep);
     /// Splits at the cut positions that lie inside the stream; pieces written before a failure
-    /// stay.
+    /// stay, the last of them is current then, and the stream is still the parent's. One that is
+    /// cancelled leaves no piece behind.
     bool Split();
-    /// Writes the range of the cut positions to a file that the person names. A file that an entry
-    /// uses is refused.
+    /// Writes the range of the cut positions to a file that the person names, or to the one that a
+    /// link named leads to. A file that an entry uses is refused, and a link that leads nowhere.
     void SaveRange();
     /// Whether an entry has this file, under whatever name: it must not be saved over.
     bool IsUsedByHistory(const std::string& path) const;
-    /// Copies the current entry's file to one that the person names, and marks the entry saved. A
-    /// file that an entry uses is refused.
+    /// Copies the current entry's file to one that the person names, likewise, and marks the entry
+    /// saved.
     /// @param path  out: the file named, empty when the person cancels
     bool Save(std::string& path);
+    /// Why the last of these failed; no reason (None) when it did not, or for something else than
+    /// its files.
+    const EditFailure& GetLastFailure() const { return m_lastFailure; }
+    /// What the last SaveRange or Save has written, as the person named it; empty when it has not.
+    const std::string& GetLastOutput() const { return m_lastOutput; }
+    bool IsBusy() const { return m_isBusy; } ///< an edit or a save is under way
 
     // Parts of a path, searched for from its end; the whole path where the character is absent.
 
@@ -232,7 +241,17 @@ protected:
     [[nodiscard]] bool CutToFile(bool keep, const std::string& source, const std::string& output,
                                  unsigned long long start, unsigned long long end) const;
 
+    /// For CopyFile and the like: what the last work on a file failed for.
+    EditFailure m_lastFailure;
+    bool m_isBusy = false; ///< main thread: an edit is under way
+
 private:
+    bool HasRoom(double bytes, const std::string& target);
+    void ReportFailure();
+    void AbandonSplit(int parentId);
+    void PushEdit(EditKind edit, const CutPositions& range, const std::string& name,
+                  const std::string& path, int parentId);
+    std::string ResolveOutput(const std::string& path);
     bool HasRange() const {
         return cutPositions.start != kUnsetPosition && cutPositions.end != kUnsetPosition;
     }
@@ -240,6 +259,10 @@ private:
     std::vector<unsigned long long> SplitPoints() const;
     void FinishEdit();
     void MoveBy(double seconds);
+
+    std::string m_lastOutput;
+    EditKind m_edit = EditKind::None; // under way
+    CutPositions m_editRange;         // of the entry that it makes next
 
     // main -> any thread: how far the search is; nothing else hangs on it (relaxed)
     std::atomic<unsigned long long> m_searchPosition{0};

@@ -6,10 +6,15 @@
 namespace {
 
 Desktop* installedDesktop = nullptr;
+thread_local Desktop* threadDesktop = nullptr; // of a thread that has its own
+
+Desktop* Current() {
+    return threadDesktop != nullptr ? threadDesktop : installedDesktop;
+}
 
 void Show(const std::string& headline, const std::string& text, const std::string& onTerminal) {
-    if (installedDesktop != nullptr) {
-        installedDesktop->ShowAlert(headline, text, {"OK"});
+    if (Desktop* const desktop = Current(); desktop != nullptr) {
+        desktop->ShowAlert(headline, text, {"OK"});
     } else {
         std::fprintf(stderr, "%s\n", onTerminal.c_str());
     }
@@ -19,6 +24,10 @@ void Show(const std::string& headline, const std::string& text, const std::strin
 
 Desktop* InstallDesktop(Desktop* desktop) {
     return std::exchange(installedDesktop, desktop);
+}
+
+Desktop* InstallThreadDesktop(Desktop* desktop) {
+    return std::exchange(threadDesktop, desktop);
 }
 
 void ShowErrorMsg(const char* text) {
@@ -31,11 +40,12 @@ void ShowMsg(const std::string& message) {
 
 int AskQuestion(const std::string& headline, const std::string& text,
                 const std::vector<std::string>& buttons) {
-    return installedDesktop == nullptr ? -1 : installedDesktop->ShowAlert(headline, text, buttons);
+    Desktop* const desktop = Current();
+    return desktop == nullptr ? -1 : desktop->ShowAlert(headline, text, buttons);
 }
 
 std::string AskOutputPath(const std::string& folder, const std::string& name,
                           const std::string& extension) {
-    return installedDesktop == nullptr ? ""
-                                       : installedDesktop->AskOutputPath(folder, name, extension);
+    Desktop* const desktop = Current();
+    return desktop == nullptr ? "" : desktop->AskOutputPath(folder, name, extension);
 }

@@ -6,7 +6,7 @@
 /// What the program asks of the desktop that it runs on.
 ///
 /// A window program answers with dialogs, the command line tool on standard error, a test from a
-/// script. Used on the main thread only.
+/// script. Used on the main thread only, but for InstallThreadDesktop.
 class Desktop {
 public:
     virtual ~Desktop() = default;
@@ -33,6 +33,11 @@ public:
 /// until another one is installed.
 /// @return the one that answered before; null for none
 Desktop* InstallDesktop(Desktop* desktop);
+
+/// Makes this desktop the one that answers what the calling thread has to say, whatever answers
+/// others; null for none of its own. For threads other than the main one.
+/// @return the one that answered before; null for none
+Desktop* InstallThreadDesktop(Desktop* desktop);
 
 /// Shows an error with the headline "Error" and a button "OK" on the installed desktop; on standard
 /// error where there is none.

@@ -5,6 +5,7 @@
 #include "tests/support/WavBuilder.h"
 
 #include <atomic>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,13 @@ public:
         m_needRefresh = count;
         m_needRefresh.notify_all();
     }
+
+    void AwaitWork(BackgroundWork& work) override {
+        onWork(work);
+        work.Wait();
+    }
+
+    std::function<void(BackgroundWork&)> onWork = [](BackgroundWork&) {};
 
     void AwaitScan() const { m_needRefresh.wait(KlipraMac::kRefreshWhileScanning); }
     void AwaitStop() const { m_isPlaying.wait(true); }

@@ -46,13 +46,27 @@ void ExpectLoaded(const KlipraMac& engine, const std::string& samples, unsigned 
     EXPECT_TRUE(engine.sceneChangePositions.empty());
 }
 
+/// Expects that each entry that can be gone back to has its file, and that no other file is left.
+void ExpectFilesOfTheTree(KlipraMac& engine, std::map<std::string, std::string>& files) {
+    std::map<std::string, std::string> expected;
+    for (const int id : engine.FindHistoryTreeItem(1)->GetIds()) {
+        const std::string& path = engine.FindHistoryItem(id)->path;
+        ASSERT_EQ(SamplesOf(path), expected[path] = files[path]) << path;
+    }
+    for (const auto& [path, bytes] : files) {
+        ASSERT_EQ(fs::exists(path), expected.contains(path)) << path;
+    }
+    files = expected;
+}
+
 TEST(Edits, InAnyOrderMakeTheirEntriesAndTouchNoOtherFile) {
     OpenedFile file(kShortFile.Bytes());
     KlipraMac& engine = file.adaptor;
     std::map<std::string, std::string> files = {{file.path, kShortFile.samples}};
     std::mt19937 random(1);
     for (int i = 0; i < 200; ++i) {
-        engine.SelectHistory(1 + static_cast<int>(random() % engine.histories.size()));
+        const std::vector<int> shown = engine.FindHistoryTreeItem(1)->GetIds();
+        engine.SelectHistory(shown[random() % shown.size()]);
         const int parent = engine.currentHistoryId;
         const std::string samples = files[engine.FindHistoryItem(parent)->path];
         const auto position = [&] { return random() % (samples.size() / 2 + 1) * 2; };
@@ -67,16 +81,13 @@ TEST(Edits, InAnyOrderMakeTheirEntriesAndTouchNoOtherFile) {
         engine.sceneChangePositions = {1};
         ASSERT_TRUE(edit == Edit::Split ? engine.Split() : engine.Cut(edit == Edit::Extract));
         int id = engine.lastHistoryId - static_cast<int>(results.size());
-        if (auto* const node = engine.FindHistoryTreeItem(parent); node != nullptr) {
-            ASSERT_EQ(node->children.size(), results.size());
-            EXPECT_EQ(node->children.front().id, id + 1);
-        }
+        const auto* const node = engine.FindHistoryTreeItem(parent);
+        ASSERT_EQ(node->children.size(), results.size());
+        EXPECT_EQ(node->children.front().id, id + 1);
         for (const std::string& result : results) {
             files[engine.FindHistoryItem(++id)->path] = result;
         }
-        for (const auto& [path, bytes] : files) {
-            ASSERT_EQ(SamplesOf(path), bytes) << path;
-        }
+        ExpectFilesOfTheTree(engine, files);
         ExpectLoaded(engine, results.back(), edit == Edit::Remove ? positions.start : 0, {});
         engine.sceneChangePositions = {1};
         engine.SelectHistory(parent);
