@@ -50,6 +50,8 @@ AppDelegate::AppDelegate() : m_ui(std::make_unique<Ui::MainWindow>()) {
     myTimer.setInterval(kRefreshMilliseconds);
     myTimer.callOnTimeout(this, &AppDelegate::onTick);
     window.installEventFilter(this);
+    m_workWatch = new WorkWatch(&window); // owned by it
+    connect(m_workWatch, &WorkWatch::closeRequested, &window, &QWidget::close);
     m_ui->HistoryOutlineView->installEventFilter(this);
 }
 
@@ -72,8 +74,10 @@ void AppDelegate::SetUpStatusBar() {
     m_outputLabel->setText("音声出力なし");
     m_outputLabel->setToolTip("音声出力がないため、無音で再生します。");
     m_outputLabel->hide();
-    const std::pair<QLabel*, const char*> labels[] = {
-        {m_fileLabel, "fileLabel"}, {m_rangeLabel, "rangeLabel"}, {m_scenesLabel, "scenesLabel"}};
+    const std::pair<QLabel*, const char*> labels[] = {{m_fileLabel, "fileLabel"},
+                                                      {m_rangeLabel, "rangeLabel"},
+                                                      {m_scenesLabel, "scenesLabel"},
+                                                      {m_readFailureLabel, "readFailureLabel"}};
     constexpr int kMargin = 6; // pixels on each side
     for (const auto& [label, name] : labels) {
         label->setObjectName(name);
@@ -128,6 +132,12 @@ bool AppDelegate::QueryToTerminate() {
     return pKlipraMac == nullptr || pKlipraMac->histories.size() < 2 ||
            AskQuestion("確認", "編集内容が保存されていません。終了して良いですか。",
                        {"いいえ", "はい"}) == kYes;
+}
+
+QString AppDelegate::ObjectionTo(const std::string& path) const {
+    return pKlipraMac != nullptr && pKlipraMac->IsUsedByHistory(path)
+               ? tr("編集履歴が使っているファイルには保存できません。")
+               : QString();
 }
 
 void AppDelegate::sessionShouldEnd(QSessionManager& session) {

@@ -8,6 +8,7 @@
 #include "app/LaunchCheck.h"
 #include "app/MainViewForKeyHandle.h"
 #include "app/PreferenceFields.h"
+#include "app/WorkWatch.h"
 
 #include <QMainWindow>
 #include <QSessionManager>
@@ -57,6 +58,9 @@ public:
     /// Destroys the engine, and with it the temporary files.
     void applicationWillTerminate();
 
+    /// Why nothing may be saved to a path, for the person; empty where it may.
+    QString ObjectionTo(const std::string& path) const;
+
     QMainWindow* GetWindow() { return &window; }
     KlipraMac* GetKlipra() { return pKlipraMac.get(); } ///< null before the launch succeeded
 
@@ -103,6 +107,7 @@ public:
     void EnablePlayStopButton(bool isPlaying) override;
     void EnableSaveButton() override;
     void EnableSceneChangeMoveButton() override;
+    void AwaitWork(BackgroundWork& work) override;
     void setNeedRefresh(int count) override { needRefresh = count; }
     void refreshHistoryOutlineView(int id) override;
 
@@ -138,6 +143,8 @@ private:
     void ShowPosition();
     void ShowStatus();
     void StopPlayback();
+    void ShowFailure();
+    void ShowSaved();
     /// What has come of a command; stays in the status bar until the next one.
     void ShowMessage(const QString& text);
     void SwitchPlayControls(bool isPlaying);
@@ -151,12 +158,15 @@ private:
     std::unique_ptr<KlipraMac> pKlipraMac;
     std::unique_ptr<GoWindowController> goWindowController; // the last one opened
     QTimer myTimer;                                         // of the refresh
+    WorkWatch* m_workWatch = nullptr;                       // the window's
+    QString m_workText;                                     // what the command under way does
 
     // In the status bar, which owns them.
     ElidedLabel* const m_fileLabel = new ElidedLabel;
     ElidedLabel* const m_rangeLabel = new ElidedLabel;
     ElidedLabel* const m_scenesLabel = new ElidedLabel;
     ElidedLabel* const m_messageLabel = new ElidedLabel;
+    ElidedLabel* const m_readFailureLabel = new ElidedLabel;
     ElidedLabel* const m_waveformLabel = new ElidedLabel;
     ElidedLabel* const m_outputLabel = new ElidedLabel; // shown where there is no audio output
 

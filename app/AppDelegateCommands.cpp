@@ -112,7 +112,7 @@ void AppDelegate::SetEndBtnClick(QObject* /*sender*/) {
 
 void AppDelegate::DetectBtnClick(QObject* /*sender*/) {
     {
-        const LongWork work(*m_ui->statusBar, "無音部分を検出しています…");
+        const LongWork work(*m_ui->statusBar, tr("無音部分を検出しています…"));
         pKlipraMac->SearchSceanChange();
     }
     EnableSceneChangeMoveButton();
@@ -156,15 +156,17 @@ void AppDelegate::ShowPreferenceClick(QObject* /*sender*/) {
 
 void AppDelegate::CutExtBtnClick(QObject* /*sender*/) {
     StopPlayback();
-    const LongWork work(*m_ui->statusBar, "抽出しています…");
-    pKlipraMac->Cut(true);
+    m_workText = tr("抽出しています…");
+    if (!pKlipraMac->Cut(true)) {
+        ShowFailure();
+    }
 }
 
 void AppDelegate::CutDelBtnClick(QObject* /*sender*/) {
     StopPlayback();
-    {
-        const LongWork work(*m_ui->statusBar, "削除しています…");
-        pKlipraMac->Cut(false);
+    m_workText = tr("削除しています…");
+    if (!pKlipraMac->Cut(false)) {
+        ShowFailure();
     }
     ShowPosition();
 }
@@ -176,28 +178,31 @@ void AppDelegate::CutUndoMenuClick(QObject* /*sender*/) {
 void AppDelegate::SplitButtonClick(QObject* /*sender*/) {
     StopPlayback();
     const int parentId = pKlipraMac->currentHistoryId;
-    const LongWork work(*m_ui->statusBar, "分割しています…");
+    m_workText = tr("分割しています…");
     if (!pKlipraMac->Split()) {
         // What was split before is gone from the tree already. Of the pieces written now the last
         // one is current, but what is heard and seen is still what was to be split.
         pKlipraMac->SelectHistory(parentId);
         refreshHistoryOutlineView(parentId);
+        ShowFailure();
     }
 }
 
 void AppDelegate::SaveRangeBtnClick(QObject* /*sender*/) {
-    const LongWork work(*m_ui->statusBar, "範囲を保存しています…");
+    m_workText = tr("範囲を保存しています…");
     pKlipraMac->SaveRange();
+    ShowSaved();
 }
 
 void AppDelegate::SaveBtnClick(QObject* /*sender*/) {
-    const LongWork work(*m_ui->statusBar, "保存しています…");
+    m_workText = tr("保存しています…");
     std::string path;
     if (pKlipraMac->Save(path)) {
         pKlipraMac->UpdateHistoryItem(path);
         EnableSaveButton();
         refreshHistoryOutlineView(kNoEntry);
     }
+    ShowSaved();
 }
 
 void AppDelegate::CloseBtnClick(QObject* /*sender*/) {

@@ -1,9 +1,11 @@
 #include "app/AppDelegate.h"
+#include "app/FailureTexts.h"
 #include "app/HistoryOutline.h"
 #include "app/KeyCodes.h"
 #include "app/StatusTexts.h"
 #include "ui_MainWindow.h"
 
+#include <QFile>
 #include <QThread>
 
 #include <algorithm>
@@ -52,6 +54,25 @@ void AppDelegate::ShowMessage(const QString& text) {
     m_messageLabel->setText(text);
 }
 
+void AppDelegate::AwaitWork(BackgroundWork& work) {
+    ShowMessage(m_workText);
+    m_workWatch->Await(work);
+    ShowMessage({});
+}
+
+void AppDelegate::ShowFailure() {
+    const EditFailure& failure = pKlipraMac->GetLastFailure();
+    ShowMessage(failure.IsCancelled() ? tr("キャンセルしました") : FailureText(failure));
+}
+
+void AppDelegate::ShowSaved() {
+    if (const std::string& path = pKlipraMac->GetLastOutput(); !path.empty()) {
+        ShowMessage(tr("保存しました: %1").arg(QFile::decodeName(path.c_str())));
+    } else {
+        ShowFailure();
+    }
+}
+
 void AppDelegate::StopPlayback() {
     if (pKlipraMac->playing) {
         pKlipraMac->PlayStop();
@@ -60,10 +81,12 @@ void AppDelegate::StopPlayback() {
 
 void AppDelegate::ShowStatus() {
     const StatusTexts texts = MakeStatusTexts(*pKlipraMac);
-    const std::pair<QLabel*, const std::string*> labels[] = {{m_fileLabel, &texts.file},
-                                                             {m_rangeLabel, &texts.range},
-                                                             {m_scenesLabel, &texts.sceneChanges},
-                                                             {m_waveformLabel, &texts.waveform}};
+    const std::pair<QLabel*, const std::string*> labels[] = {
+        {m_fileLabel, &texts.file},
+        {m_rangeLabel, &texts.range},
+        {m_scenesLabel, &texts.sceneChanges},
+        {m_readFailureLabel, &texts.readFailure},
+        {m_waveformLabel, &texts.waveform}};
     for (const auto& [label, text] : labels) {
         label->setText(QString::fromStdString(*text));
     }

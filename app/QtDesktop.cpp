@@ -104,6 +104,13 @@ std::string QtDesktop::AskOutputPath(const std::string& folder, const std::strin
     panel.selectFile(QFile::decodeName(name.c_str()));
     while (panel.exec() == QDialog::Accepted) {
         const QString path = WithExtension(panel.selectedFiles().constFirst(), ending);
+        if (const QString objection = m_objection(QFile::encodeName(path).toStdString());
+            !objection.isEmpty()) {
+            MessageBox box(QMessageBox::Warning, objection, {}, parent);
+            box.addButton(QMessageBox::Ok);
+            box.exec();
+            continue;
+        }
         if (!QFile::exists(path) || ConfirmReplacing(parent, path)) {
             return QFile::encodeName(path).toStdString();
         }

@@ -2,6 +2,12 @@
 
 #include "platform/Desktop.h"
 
+#include <QString>
+
+#include <functional>
+#include <string>
+#include <utility>
+
 /// The desktop of the window program: message boxes and the toolkit's save dialog, in front of
 /// whichever window is active.
 class QtDesktop : public Desktop {
@@ -10,4 +16,15 @@ public:
                   const std::vector<std::string>& buttons) override;
     std::string AskOutputPath(const std::string& folder, const std::string& name,
                               const std::string& extension) override;
+
+    /// Has a path looked at before it is asked whether to replace a file there: a text for the
+    /// person when nothing may be written to it, otherwise an empty one.
+    void SetObjection(std::function<QString(const std::string& path)> objection) {
+        m_objection = std::move(objection);
+    }
+
+private:
+    std::function<QString(const std::string&)> m_objection = [](const std::string&) {
+        return QString();
+    };
 };

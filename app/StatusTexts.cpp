@@ -2,6 +2,7 @@
 
 #include "adaptor/KlipraMac.h"
 #include "app/Markers.h"
+#include "audio/bass.h"
 #include "engine/Format.h"
 
 #include <algorithm>
@@ -36,6 +37,13 @@ std::string RangeText(const KlipraMac& klipra) {
     return text;
 }
 
+std::string ReadFailureText(const KlipraMac& klipra) {
+    BASS_READFAILURE failure{};
+    return BASS_ChannelGetReadFailure(klipra.channel, &failure) == FALSE
+               ? ""
+               : TimeAt(klipra, failure.position) + " から先を読み取れません";
+}
+
 std::string WaveformText(const KlipraMac& klipra) {
     const auto& wave = klipra.GetWaveContext();
     if (!wave) {
@@ -50,5 +58,6 @@ std::string WaveformText(const KlipraMac& klipra) {
 StatusTexts MakeStatusTexts(const KlipraMac& klipra) {
     const std::size_t found = klipra.sceneChangePositions.size();
     return {FileText(klipra), RangeText(klipra),
-            found == 0 ? "" : "無音 " + std::to_string(found) + "か所", WaveformText(klipra)};
+            found == 0 ? "" : "無音 " + std::to_string(found) + "か所", ReadFailureText(klipra),
+            WaveformText(klipra)};
 }

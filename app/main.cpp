@@ -14,6 +14,7 @@ int main(int argc, char* argv[]) {
     QtDesktop desktop;
     InstallDesktop(&desktop);
     AppDelegate delegate;
+    desktop.SetObjection([&](const std::string& path) { return delegate.ObjectionTo(path); });
     const TerminationSignals signals;
     const auto quit = [](int exitCode) { QCoreApplication::exit(exitCode); };
     QObject::connect(&delegate, &AppDelegate::terminate, &application, quit);

@@ -75,7 +75,8 @@ unsigned short CMPAFrame::CalcCRC16(const unsigned char* buffer, unsigned int bi
         if (bit >= kCRCBegin && bit < kCRCEnd) {
             continue;
         }
-        const unsigned int input = buffer[bit / 8] >> (7 - bit % 8) & 1U;
+        const unsigned int byte = buffer[bit / 8];
+        const unsigned int input = byte >> (7 - bit % 8) & 1U;
         const unsigned int shiftedOut = crc >> 15 & 1U;
         crc = crc << 1 & 0xFFFFU;
         if (shiftedOut != input) {

@@ -1,7 +1,9 @@
 #include "tests/app/Program.h"
 
 #include <QLabel>
+#include <QTimer>
 
+#include <atomic>
 #include <filesystem>
 
 namespace {
@@ -128,6 +130,60 @@ TEST(Commands, SayWhatTheyDidNotFindAndGoNowhereOutside) {
     EXPECT_EQ(message->text(), "");
     program.delegate.goAtPosition(-0.5);
     EXPECT_EQ(program.Engine().GetCurrentPosition(), 0);
+}
+
+TEST(Commands, TellWhereTheySavedAndWhyTheyFailed) {
+    EditedProgram program;
+    auto* const message = program.Find<QLabel>("messageLabel");
+    for (const QString command : {"SaveRangeMenu", "SaveMenu"}) {
+        program.Trigger(command);
+        EXPECT_TRUE(message->text().endsWith("out.wav")) << message->text().toStdString();
+        program.desktop.answer = program.folder.Path("no/folder.wav");
+        program.Trigger(command);
+        EXPECT_TRUE(message->text().startsWith("ファイルを作成できません"));
+        program.desktop.answer = program.folder.Path("out.wav");
+    }
+    EXPECT_NE(program.delegate.ObjectionTo(program.path), "");
+    EXPECT_EQ(program.delegate.ObjectionTo(program.desktop.answer), "");
+}
+
+TEST(LongWork, LeavesTheWindowAliveAndIsCancelledByEscapeByItsButtonAndByClosing) {
+    EditedProgram program;
+    const std::string enabled = program.Enabled();
+    auto* const cancel = program.Find<QAbstractButton>("cancelButton");
+    const std::function<void()> ways[] = {
+        [&] { QTest::keyClick(program.Find("HistoryOutlineView"), Qt::Key_Escape); },
+        [&] { QTest::mouseClick(cancel, Qt::LeftButton); },
+        [&] { program.delegate.GetWindow()->close(); }};
+    for (const std::function<void()>& way : ways) {
+        std::atomic<bool> isToEnd{false};
+        BackgroundWork work([&] { isToEnd.wait(false); });
+        int ticks = 0;
+        QTimer timer;
+        timer.callOnTimeout([&] {
+            ++ticks;
+            if (cancel->isVisible() && !work.IsCancelled()) {
+                EXPECT_EQ(program.Enabled(), "");
+                QTest::keyClick(program.Find("mainView"), Qt::Key_Space);
+                QTest::mouseClick(program.Find("waveView"), Qt::LeftButton, {}, QPoint(9, 9));
+                EXPECT_FALSE(program.Engine().playing);
+                way();
+            }
+            if (work.IsCancelled()) {
+                isToEnd = true;
+                isToEnd.notify_all();
+            }
+        });
+        timer.start(10);
+        program.desktop.choice = 0; // not to quit
+        program.delegate.AwaitWork(work);
+        EXPECT_TRUE(work.IsCancelled() && ticks > 1);
+        EXPECT_EQ(program.Enabled(), enabled);
+        EXPECT_FALSE(cancel->isVisible());
+    }
+    program.desktop.texts.clear();
+    Await([&] { return !program.desktop.texts.empty(); }); // the question that closing asks
+    EXPECT_TRUE(program.delegate.GetWindow()->isVisible());
 }
 
 TEST(Commands, AnEntryThatCannotBeLoadedShowsNoOther) {
