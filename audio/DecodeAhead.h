@@ -35,6 +35,7 @@ public:
     void Seek(std::int64_t sampleFrame) override;
     std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) override;
     std::unique_ptr<Decoder> ForRandomAccess() const override;
+    SeekCost CostOfSeeking() const override { return SeekCost::High; }
     std::vector<std::int64_t> SeekInfo() const override { return m_mp3.SeekInfo(); }
     std::optional<ReadFailure> Failure() const override { return m_mp3.file->Failures().First(); }
 

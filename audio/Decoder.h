@@ -18,6 +18,14 @@ struct AudioFormat {
     std::uint32_t SampleFrameBytes() const {
         return channels * static_cast<std::uint32_t>(sizeof(std::int16_t));
     }
+    bool operator==(const AudioFormat&) const = default;
+};
+
+/// What reading a few samples somewhere takes.
+enum class SeekCost {
+    Low,     ///< hardly more than the samples themselves
+    High,    ///< much more: what lies before them has to be decoded
+    Unknown, ///< nor is it certain that they are the same to the bit
 };
 
 /// Delivers the samples of one file from any place on. The samples of a place are always the same.
@@ -44,6 +52,9 @@ public:
     /// reading goes on where it is. Any thread.
     /// @throws std::bad_alloc
     virtual std::unique_ptr<Decoder> ForRandomAccess() const = 0;
+
+    /// Of a decoder for random access.
+    virtual SeekCost CostOfSeeking() const = 0;
 
     /// What the decoder knows of the places in the file and the file's state; empty for a format
     /// that needs no such knowledge.

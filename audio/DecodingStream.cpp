@@ -4,13 +4,18 @@
 #include <cmath>
 #include <utility>
 
-DecodingStream::DecodingStream(std::unique_ptr<Decoder> decoder)
-    : Stream(decoder->Format()), m_decoder(std::move(decoder)) {
+DecodingStream::DecodingStream(std::unique_ptr<Decoder> decoder, std::shared_ptr<const File> file)
+    : Stream(decoder->Format()), m_meter(std::move(decoder), std::move(file)) {
+}
+
+void DecodingStream::CompleteLevels() {
+    const std::lock_guard lock(m_mutex);
+    m_meter.Complete();
 }
 
 bool DecodingStream::SetPosition(std::int64_t sampleFrame) {
     const std::lock_guard lock(m_mutex);
-    m_decoder->Seek(sampleFrame);
+    m_meter.Leave();
     m_position = sampleFrame;
     m_origin = sampleFrame;
     m_askedSeconds = 0;
@@ -29,14 +34,7 @@ bool DecodingStream::MeasureLevels(double seconds, PeakLevels& levels) {
         m_origin + static_cast<std::int64_t>(std::floor(m_askedSeconds * Format().rateHz + 0.5));
     const std::int64_t end = std::min(asked, Format().sampleFrames);
     m_ended = asked > end;
-    levels = {};
-    while (m_position < end) {
-        const auto samples = m_decoder->Read(end - m_position);
-        if (samples.empty()) {
-            break;
-        }
-        levels = Larger(levels, MeasurePeaks(samples, Format().channels));
-        m_position += static_cast<std::int64_t>(samples.size() / Format().channels);
-    }
+    levels = end > m_position ? m_meter.Measure(m_position, end) : PeakLevels();
+    m_position = std::max(end, m_position.load());
     return true;
 }

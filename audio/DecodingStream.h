@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/PeakMeter.h"
 #include "audio/Stream.h"
 
 #include <atomic>
@@ -9,21 +10,24 @@
 /// A stream whose samples are measured, not played.
 class DecodingStream : public Stream {
 public:
-    explicit DecodingStream(std::unique_ptr<Decoder> decoder);
+    /// @param file  that the decoder reads
+    DecodingStream(std::unique_ptr<Decoder> decoder, std::shared_ptr<const File> file);
 
     // Waits for no decoding.
     std::int64_t Position() override { return m_position; }
     bool IsActive() override { return !m_ended; }
 
     bool SetPosition(std::int64_t sampleFrame) override;
-    std::vector<std::int64_t> SeekInfo() const override { return m_decoder->SeekInfo(); }
-    std::optional<ReadFailure> Failure() const override { return m_decoder->Failure(); }
+    std::vector<std::int64_t> SeekInfo() const override { return m_meter.Source().SeekInfo(); }
+    std::optional<ReadFailure> Failure() const override { return m_meter.Source().Failure(); }
+    std::int64_t LevelsKnown() const override { return m_meter.Known(); }
+    void CompleteLevels() override;
     bool MeasureLevels(double seconds, PeakLevels& levels) override;
 
 private:
     // under the mutex
     std::mutex m_mutex;
-    const std::unique_ptr<Decoder> m_decoder;
+    PeakMeter m_meter;
     std::int64_t m_origin = 0; // where the stretches asked for began
     double m_askedSeconds = 0; // the sum of their lengths
 

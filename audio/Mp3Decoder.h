@@ -18,6 +18,7 @@ public:
     std::unique_ptr<Decoder> ForRandomAccess() const override {
         return std::make_unique<Mp3Decoder>(m_mp3);
     }
+    SeekCost CostOfSeeking() const override { return SeekCost::High; }
     std::vector<std::int64_t> SeekInfo() const override { return m_mp3.SeekInfo(); }
     std::optional<ReadFailure> Failure() const override { return m_mp3.file->Failures().First(); }
 

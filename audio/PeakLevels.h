@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <span>
+#include <utility>
 
 /// Largest absolute sample of each side, as a part of 32768: 0 to 1.
 struct PeakLevels {
@@ -13,6 +14,9 @@ struct PeakLevels {
 /// both.
 /// @param samples  whole sample frames
 PeakLevels MeasurePeaks(std::span<const std::int16_t> samples, std::uint32_t channels);
+
+/// The highest of the values at even and of those at odd places; the lowest there can be of none.
+std::pair<int, int> HighestAlternating(std::span<const std::int16_t> values);
 
 /// The larger of both for each side.
 PeakLevels Larger(const PeakLevels& a, const PeakLevels& b);

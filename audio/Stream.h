@@ -38,6 +38,11 @@ public:
     /// @return false when nothing was left to measure; levels are then untouched
     virtual bool MeasureLevels(double /*seconds*/, PeakLevels& /*levels*/) { return false; }
 
+    /// Up to where the levels of the file are known, in sample frames. Waits for nothing.
+    virtual std::int64_t LevelsKnown() const { return 0; }
+    /// Has the last moments of the file measured, when all before them is.
+    virtual void CompleteLevels() {}
+
     /// Plays from the current position, or the beginning when told to or at the end.
     virtual bool Play(bool /*restart*/) { return false; }
     virtual bool Stop() { return false; }

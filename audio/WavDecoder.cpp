@@ -108,7 +108,7 @@ std::unique_ptr<WavDecoder> WavDecoder::Open(std::shared_ptr<const File> file) {
 
 WavDecoder::WavDecoder(std::unique_ptr<Input> input, Handle handle, const AudioFormat& format,
                        int subtype)
-    : m_input(std::move(input)), m_handle(std::move(handle)), m_format(format),
+    : m_input(std::move(input)), m_handle(std::move(handle)), m_format(format), m_subtype(subtype),
       m_samples(static_cast<std::size_t>(kBufferSampleFrames * format.channels)),
       m_floats(subtype == SF_FORMAT_FLOAT ? m_samples.size() : 0),
       m_doubles(subtype == SF_FORMAT_DOUBLE ? m_samples.size() : 0) {
@@ -118,6 +118,22 @@ std::unique_ptr<Decoder> WavDecoder::ForRandomAccess() const {
     auto another = Open(m_input->file);
     // The header was read before; it may be unreadable by now.
     return another ? std::move(another) : throw std::bad_alloc();
+}
+
+SeekCost WavDecoder::CostOfSeeking() const {
+    switch (m_subtype) {
+    case SF_FORMAT_PCM_U8:
+    case SF_FORMAT_PCM_16:
+    case SF_FORMAT_PCM_24:
+    case SF_FORMAT_PCM_32:
+    case SF_FORMAT_FLOAT:
+    case SF_FORMAT_DOUBLE:
+    case SF_FORMAT_ULAW:
+    case SF_FORMAT_ALAW:
+        return SeekCost::Low;
+    default:
+        return SeekCost::Unknown;
+    }
 }
 
 void WavDecoder::Seek(std::int64_t sampleFrame) {

@@ -21,6 +21,7 @@ public:
     void Seek(std::int64_t sampleFrame) override;
     std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) override;
     std::unique_ptr<Decoder> ForRandomAccess() const override;
+    SeekCost CostOfSeeking() const override;
     std::optional<ReadFailure> Failure() const override {
         return m_input->file->Failures().First();
     }
@@ -47,6 +48,7 @@ private:
     std::unique_ptr<Input> m_input; // of the handle
     Handle m_handle;
     AudioFormat m_format;
+    int m_subtype;
     std::int64_t m_position = 0; // in sample frames
     std::vector<std::int16_t> m_samples;
     std::vector<float> m_floats;   // empty but for 32-bit floating point

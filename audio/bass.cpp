@@ -4,6 +4,7 @@
 #include "audio/HandleTable.h"
 #include "audio/OpenDecoder.h"
 #include "audio/Output.h"
+#include "audio/PeakIndexCache.h"
 #include "audio/PlayingStream.h"
 
 #include <atomic>
@@ -91,7 +92,7 @@ HSTREAM OpenStream(const char* path, bool decode) {
     }
     Library& library = TheLibrary();
     if (decode) {
-        return library.streams.Add(std::make_shared<DecodingStream>(std::move(decoder)));
+        return library.streams.Add(std::make_shared<DecodingStream>(std::move(decoder), file));
     }
     return library.streams.Add(std::make_shared<PlayingStream>(std::move(decoder), library.output));
 }
@@ -213,6 +214,7 @@ QWORD BASS_ChannelGetPosition(DWORD handle, DWORD mode) {
 BOOL BASS_ChannelSetPosition(DWORD handle, QWORD pos, DWORD mode) {
     return OnStream(handle, FALSE, [&](Stream& stream) {
         if (mode == BASS_POS_SCAN && pos == kNoBytes) {
+            stream.CompleteLevels();
             return true;
         }
         return mode == BASS_POS_BYTE && pos <= Bytes(stream, stream.Format().sampleFrames) &&
@@ -246,6 +248,15 @@ BOOL BASS_ChannelGetLevelEx(DWORD handle, float* levels, float length, DWORD fla
         levels[1] = peaks.right;
         return true;
     });
+}
+
+QWORD BASS_ChannelGetLevelsKnown(DWORD handle) {
+    return OnStream(handle, kNoBytes,
+                    [](Stream& stream) { return Bytes(stream, stream.LevelsKnown()); });
+}
+
+void BASS_KeepLevels(BOOL keep) {
+    PeakIndexCache::Shared().Enable(keep != FALSE);
 }
 
 BOOL BASS_ChannelGetReadFailure(DWORD handle, BASS_READFAILURE* failure) {

@@ -161,8 +161,9 @@ BASS_API QWORD BASS_ChannelGetPosition(DWORD handle, DWORD mode);
 
 /// Moves to a position; a playing stream plays on from there.
 /// @param pos   0 to the length inclusive, in bytes; rounded down to a sample frame
-/// @param mode  BASS_POS_BYTE; with BASS_POS_SCAN and pos all bits set nothing moves (the seek
-///              information is complete from the start)
+/// @param mode  BASS_POS_BYTE; with BASS_POS_SCAN and pos all bits set nothing moves: the seek
+///              information is complete from the start; if a measurement left no more than
+///              two seconds of the end, their levels become known
 /// @return FALSE beyond the length or for another mode
 BASS_API BOOL BASS_ChannelSetPosition(DWORD handle, QWORD pos, DWORD mode);
 
@@ -187,6 +188,19 @@ BASS_API QWORD BASS_ChannelSeconds2Bytes(DWORD handle, double pos);
 /// @param flags   BASS_LEVEL_STEREO
 /// @return FALSE when nothing was left to measure, and for a stream to play
 BASS_API BOOL BASS_ChannelGetLevelEx(DWORD handle, float* levels, float length, DWORD flags);
+
+/// How much of a decoding stream, from its beginning, has levels that are known by now: whoever
+/// decodes a file to measure it leaves its levels to all who measure it after him, as long as it
+/// has not changed. A measurement there decodes next to nothing; one that reaches what another
+/// stream is measuring waits for that. It waits for nothing itself.
+///
+/// Levels are not kept of files of more than 83 hours, nor of compressed WAVs.
+/// @return bytes; 0 where no levels are kept, and for a stream to play; all bits set on failure
+BASS_API QWORD BASS_ChannelGetLevelsKnown(DWORD handle);
+
+/// Whether streams that are opened from now on keep levels, at first they do. A program that
+/// measures a file but once saves the memory: up to 60 MB a file, 160 MB in all.
+BASS_API void BASS_KeepLevels(BOOL keep);
 
 /// Whether sound was missing that should have been decoded: bytes that could not be read, a file
 /// that has become shorter since it was opened, no memory to decode. Silence, or fewer frames, then

@@ -1,0 +1,77 @@
+#include "audio/PeakGrid.h"
+
+#include <algorithm>
+#include <cmath>
+
+PeakGrid::PeakGrid(std::uint32_t rateHz, std::int64_t sampleFrames, std::int64_t granulesPerBlock)
+    : m_rateHz(rateHz), m_sampleFrames(sampleFrames), m_granulesPerBlock(granulesPerBlock),
+      m_count(FirstFrom(sampleFrames)) {
+}
+
+std::int64_t PeakGrid::Begin(std::int64_t granule) const {
+    const std::int64_t block = granule / m_granulesPerBlock;
+    const std::int64_t begin = BlockBegin(block);
+    const std::int64_t sampleFrames = BlockBegin(block + 1) - begin;
+    return std::min(begin + sampleFrames * (granule % m_granulesPerBlock) / m_granulesPerBlock,
+                    m_sampleFrames);
+}
+
+std::int64_t PeakGrid::FirstFrom(std::int64_t sampleFrame) const {
+    if (sampleFrame <= 0) {
+        return 0;
+    }
+    // The one after that which holds the sample frame before.
+    const std::int64_t held = sampleFrame - 1;
+    const std::int64_t block = BlockAt(held);
+    const std::int64_t begin = BlockBegin(block);
+    const std::int64_t sampleFrames = BlockBegin(block + 1) - begin;
+    const std::int64_t part =
+        ((held - begin + 1) * m_granulesPerBlock - 1) / sampleFrames; // begins at or before it
+    return block * m_granulesPerBlock + part + 1;
+}
+
+std::int64_t PeakGrid::LastUpTo(std::int64_t sampleFrame) const {
+    return sampleFrame >= m_sampleFrames ? m_count : FirstFrom(sampleFrame + 1) - 1;
+}
+
+std::int64_t PeakGrid::BlockBegin(std::int64_t block) const {
+    return static_cast<std::int64_t>(
+        std::floor(static_cast<double>(block) * kBlockSeconds * m_rateHz + 0.5));
+}
+
+/// The block that holds a sample frame.
+std::int64_t PeakGrid::BlockAt(std::int64_t sampleFrame) const {
+    auto block =
+        static_cast<std::int64_t>(static_cast<double>(sampleFrame) / (kBlockSeconds * m_rateHz));
+    while (block > 0 && BlockBegin(block) > sampleFrame) {
+        --block;
+    }
+    while (BlockBegin(block + 1) <= sampleFrame) {
+        ++block;
+    }
+    return block;
+}
+
+PeakGrid::Walk::Walk(const PeakGrid& grid, std::int64_t granule)
+    : m_grid(&grid), m_block(granule / grid.m_granulesPerBlock),
+      m_part(granule % grid.m_granulesPerBlock), m_blockBegin(grid.BlockBegin(m_block)),
+      m_blockEnd(grid.BlockBegin(m_block + 1)) {
+    FindEnd();
+}
+
+void PeakGrid::Walk::Next() {
+    if (++m_part == m_grid->m_granulesPerBlock) {
+        m_part = 0;
+        ++m_block;
+        m_blockBegin = m_blockEnd;
+        m_blockEnd = m_grid->BlockBegin(m_block + 1);
+    }
+    FindEnd();
+}
+
+void PeakGrid::Walk::FindEnd() {
+    // Narrow, as a division of 64 bits takes several times as long. A block is far below 2^24.
+    const auto part = static_cast<std::uint32_t>((m_blockEnd - m_blockBegin) * (m_part + 1)) /
+                      static_cast<std::uint32_t>(m_grid->m_granulesPerBlock);
+    m_end = std::min(m_blockBegin + std::int64_t{part}, m_grid->m_sampleFrames);
+}
