@@ -1,7 +1,6 @@
 #include "audio/PeakGrid.h"
 
 #include <algorithm>
-#include <cmath>
 
 PeakGrid::PeakGrid(std::uint32_t rateHz, std::int64_t sampleFrames, std::int64_t granulesPerBlock)
     : m_rateHz(rateHz), m_sampleFrames(sampleFrames), m_granulesPerBlock(granulesPerBlock),
@@ -35,8 +34,8 @@ std::int64_t PeakGrid::LastUpTo(std::int64_t sampleFrame) const {
 }
 
 std::int64_t PeakGrid::BlockBegin(std::int64_t block) const {
-    return static_cast<std::int64_t>(
-        std::floor(static_cast<double>(block) * kBlockSeconds * m_rateHz + 0.5));
+    // None is negative, so that this rounds as a measurement does.
+    return static_cast<std::int64_t>(static_cast<double>(block) * kBlockSeconds * m_rateHz + 0.5);
 }
 
 /// The block that holds a sample frame.

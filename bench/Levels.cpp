@@ -4,16 +4,15 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
-#include <string>
+#include <thread>
 #include <vector>
 
 namespace {
 
 constexpr int kVisibleWidth = 1000;
 constexpr int kFactors[] = {1, 2, 5, 10, 20, 50, 100};
-constexpr float kBlackIsBelow = 0.001F;
+constexpr float kQuietIsBelow = 0.001F;
 constexpr float kLeastSeconds = 0.2F;
 
 double ProcessorSeconds() {
@@ -38,14 +37,14 @@ public:
         const auto seconds = static_cast<float>(
             BASS_ChannelBytes2Seconds(m_stream, bytes / static_cast<QWORD>(columns)));
         for (int column = 0; m_stream != 0 && column < columns; ++column) {
-            float column_[2] = {};
+            float peaks[2] = {};
             for (float left = seconds; left > 0.0F; left -= std::min(left, 1.0F)) {
                 float part[2] = {};
                 BASS_ChannelGetLevelEx(m_stream, part, std::min(left, 1.0F), BASS_LEVEL_STEREO);
-                column_[0] = std::max(column_[0], part[0]);
-                column_[1] = std::max(column_[1], part[1]);
+                peaks[0] = std::max(peaks[0], part[0]);
+                peaks[1] = std::max(peaks[1], part[1]);
             }
-            levels.insert(levels.end(), std::begin(column_), std::end(column_));
+            levels.insert(levels.end(), std::begin(peaks), std::end(peaks));
         }
         BASS_ChannelSetPosition(m_stream, ~QWORD{0}, BASS_POS_SCAN);
         return levels;
@@ -61,7 +60,7 @@ std::vector<float> Scan(const char* path, int factor) {
 
 std::size_t Search(const char* path) {
     const BlockReader reader(path);
-    QuietStretches stretches(kBlackIsBelow, kLeastSeconds);
+    QuietStretches stretches(kQuietIsBelow, kLeastSeconds);
     for (Block block; reader.Read(block);) {
         stretches.Add(block);
     }
@@ -91,6 +90,13 @@ int main(int argc, char** argv) {
     Search(path); // the file's frames are known from here on, and its bytes are in memory
     const double plain = Time([&] { Scan(path, 1); });
     BASS_KeepLevels(TRUE);
+    const double both = Time([&] {
+        std::thread search([&] { Search(path); });
+        Scan(path, 1);
+        search.join();
+    });
+    BASS_KeepLevels(FALSE);
+    BASS_KeepLevels(TRUE);
     std::vector<float> levels;
     const double first = Time([&] { levels = Scan(path, 1); });
     if (levels.empty()) {
@@ -99,6 +105,7 @@ int main(int argc, char** argv) {
     }
     std::printf("first scan                    %8.3f s (%.3f x without remembering)\n", first,
                 first / plain);
+    std::printf("with a search meanwhile       %8.3f s  %.4f x\n", both, both / first);
     const auto tell = [&](const char* what, int factor, double seconds) {
         std::printf("%s %3d %8.3f s  %.4f x\n", what, factor, seconds, seconds / first);
     };

@@ -45,6 +45,33 @@ void Idle(int milliseconds) {
     loop.exec();
 }
 
+double Milliseconds(const QElapsedTimer& timer) {
+    return static_cast<double>(timer.nsecsElapsed()) * kMillisecondsANanosecond;
+}
+
+/// Changes to every zoom factor of the menu with the middle of the file in view, and tells after
+/// how long what is in view is painted and what the longest pause was meanwhile.
+void MeasureZoomChanges(KlipraMac& klipra, WaveView& view) {
+    klipra.SetCurrentPosition(klipra.length / 2);
+    for (const int factor : {2, 5, 10, 20, 50, 100, 1}) {
+        if (factor > klipra.maxZoom) {
+            continue;
+        }
+        QElapsedTimer timer;
+        timer.start();
+        klipra.Zoom(factor);
+        const double change = Milliseconds(timer);
+        const double pause = RunUntil([&] {
+            const int end = view.visibleRegion().boundingRect().right() + 1;
+            return klipra.GetWaveContext()->GetFinishedColumns() >=
+                   std::min(end, klipra.GetImageSize().width);
+        });
+        view.display();
+        std::printf("view painted after a change to zoom %3d       %8.2f ms (longest pause %.2f)\n",
+                    factor, Milliseconds(timer), std::max(change, pause));
+    }
+}
+
 /// Mean and longest repaint of the strip, in milliseconds.
 std::pair<double, double> MeasureRepaints(WaveView& view) {
     constexpr int kRepaints = 200;
@@ -65,7 +92,8 @@ std::pair<double, double> MeasureRepaints(WaveView& view) {
 } // namespace
 
 // Opens a file as the program does, and tells how quickly its window answers while the waveform is
-// painted, how long a repaint takes at the largest zoom, and what the window costs at rest.
+// painted, how soon it shows another zoom, how long a search and a repaint at the largest zoom
+// take, and what the window costs at rest.
 int main(int argc, char** argv) {
     if (argc != 2) {
         std::fputs("Usage: klipra-window FILE\n", stderr);
@@ -86,12 +114,20 @@ int main(int argc, char** argv) {
     };
     std::printf("longest pause while the waveform is painted  %8.2f ms\n", RunUntil(isComplete));
 
+    auto* const view = delegate.GetWindow()->findChild<WaveView*>();
+    MeasureZoomChanges(*klipra, *view);
+    RunUntil(isComplete);
+    QElapsedTimer search;
+    search.start();
+    const int places = klipra->SearchSceanChange();
+    std::printf("search with all levels known, %6d places    %8.2f ms\n", places,
+                Milliseconds(search));
+
     klipra->Zoom(klipra->maxZoom);
     klipra->SetStartPosition();
     klipra->SetCurrentPosition(klipra->length / 1000); // seen, and painted soon
     klipra->SetEndPosition();
     RunUntil([&] { return klipra->GetWaveContext()->GetFinishedColumns() > 2000; });
-    auto* const view = delegate.GetWindow()->findChild<WaveView*>();
     const auto [mean, longest] = MeasureRepaints(*view);
     std::printf("repaint at zoom %3d, mean                     %8.2f ms (at most %.0f)\n"
                 "repaint at zoom %3d, longest                  %8.2f ms\n",

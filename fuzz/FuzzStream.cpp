@@ -47,7 +47,8 @@ void CheckLength(HSTREAM stream, QWORD length) {
             "positions end with the length");
 }
 
-void CheckLevels(const FuzzInput& input, HSTREAM stream, QWORD length) {
+/// @param plain  a stream of the same file that remembers nothing
+void CheckLevels(const FuzzInput& input, HSTREAM stream, HSTREAM plain, QWORD length) {
     constexpr int kStretches = 64; // at most a second each
     const float seconds = static_cast<float>(1 + input.Number(0) % 1000) / 1000.0F;
     std::vector<Stretch> through{MeasureAt(stream, 0, seconds)};
@@ -60,6 +61,8 @@ void CheckLevels(const FuzzInput& input, HSTREAM stream, QWORD length) {
     const Stretch again = MeasureAt(stream, chosen.begin, seconds);
     Require(again.end != chosen.end || again == chosen,
             "what is heard does not depend on how one got there");
+    Require(MeasureAt(plain, chosen.begin, seconds) == again,
+            "what is remembered is what would be decoded");
 }
 
 void CheckSeekInformation(HSTREAM stream) {
@@ -83,7 +86,12 @@ void FuzzStream(const FuzzInput& input) {
         const QWORD length = BASS_ChannelGetLength(stream, BASS_POS_BYTE);
         Require(length != ~QWORD{0}, "a stream has a length");
         CheckLength(stream, length);
-        CheckLevels(input, stream, length);
+        BASS_KeepLevels(FALSE);
+        const HSTREAM plain =
+            BASS_StreamCreateFile(FALSE, input.Path().c_str(), 0, 0, BASS_STREAM_DECODE);
+        BASS_KeepLevels(TRUE);
+        CheckLevels(input, stream, plain, length);
+        BASS_StreamFree(plain);
         CheckSeekInformation(stream);
         Require(BASS_StreamFree(stream) && !BASS_StreamFree(stream), "a stream is freed once");
     }
