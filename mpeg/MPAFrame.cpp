@@ -1,5 +1,6 @@
 #include "mpeg/MPAFrame.h"
 
+#include "bitstream/FrameFacts.h"
 #include "mpeg/MPAEndOfFileException.h"
 #include "mpeg/MPAStream.h"
 #include "mpeg/VBRHeader.h"
@@ -11,11 +12,8 @@ constexpr unsigned int kCRCOffset = CMPAHeader::kSize;
 constexpr unsigned int kCRCBits = 16;
 
 unsigned int FrameSizeBytes(const CMPAHeader& header) {
-    const bool isLSF = header.IsLSF();
-    const unsigned int layer = header.GetLayer();
-    const unsigned int slots = CMPAHeader::m_dwCoefficients[isLSF][layer] * header.GetBitrateBps() /
-                               header.GetSamplingRateHz();
-    return (slots + header.GetPadding()) * CMPAHeader::m_dwSlotSizes[layer];
+    return bitstream::FrameBytes(header.IsLSF(), header.GetLayer(), header.GetBitrateBps(),
+                                 header.GetSamplingRateHz(), header.GetPadding());
 }
 
 } // namespace

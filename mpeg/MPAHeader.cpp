@@ -1,17 +1,11 @@
 #include "mpeg/MPAHeader.h"
 
+#include "bitstream/FrameFacts.h"
 #include "mpeg/MPAStream.h"
 
 namespace {
 
 constexpr unsigned short kSubbands = 32;
-constexpr unsigned int kReservedVersion = 1;
-constexpr unsigned int kMPEG1 = 3;
-constexpr unsigned int kLayerII = 1;
-constexpr unsigned int kReservedLayer = 3;
-constexpr unsigned int kReservedBitrateIndex = 15;
-constexpr unsigned int kReservedSamplingRateIndex = 3;
-constexpr unsigned int kReservedEmphasis = 2;
 
 // Eleven sync bits, and a third byte whose bitrate index is not the reserved one: cheap enough to
 // ask at every byte of a search.
@@ -66,69 +60,43 @@ bool CMPAHeader::operator==(const CMPAHeader& other) const {
 // Tells what is wrong instead of throwing it: a search through data that is full of false
 // candidates would spend its time unwinding.
 std::optional<CMPAException::ErrorIDs> CMPAHeader::Decode(const unsigned char* bytes) {
-    m_version = bytes[1] >> 3 & 0x03U;
-    if (m_version == kReservedVersion) {
+    bitstream::FrameFacts facts;
+    switch (bitstream::DecodeHeader(bytes, facts)) {
+    case bitstream::HeaderState::Sound:
+        break;
+    case bitstream::HeaderState::Corrupt:
         return CMPAException::HeaderCorrupt;
-    }
-    m_isLSF = m_version != kMPEG1;
-
-    m_layer = (bytes[1] >> 1 & 0x03U) ^ 0x03U;
-    if (m_layer == kReservedLayer) {
-        return CMPAException::HeaderCorrupt;
-    }
-    m_isCRCProtected = (bytes[1] & 0x01U) == 0;
-
-    const unsigned int bitrateIndex = bytes[2] >> 4;
-    if (bitrateIndex == kReservedBitrateIndex) {
-        return CMPAException::HeaderCorrupt;
-    }
-    m_bitrateBps = m_dwBitrates[m_isLSF][m_layer][bitrateIndex] * 1000;
-    if (m_bitrateBps == 0) {
+    case bitstream::HeaderState::FreeFormat:
         return CMPAException::FreeBitrateNotSupported;
     }
-
-    const unsigned int samplingRateIndex = bytes[2] >> 2 & 0x03U;
-    if (samplingRateIndex == kReservedSamplingRateIndex) {
-        return CMPAException::HeaderCorrupt;
-    }
-    m_samplingRateHz = m_dwSamplingRates[m_version][samplingRateIndex];
-    m_padding = bytes[2] >> 1 & 0x01U;
-    m_samplesPerFrame = m_dwSamplesPerFrames[m_isLSF][m_layer];
+    m_isLSF = facts.isLSF;
+    m_version = facts.version;
+    m_layer = facts.layer;
+    m_isCRCProtected = facts.isCRCProtected;
+    m_bitrateBps = facts.bitrateBps;
+    m_samplingRateHz = facts.samplingRateHz;
+    m_padding = facts.padding;
+    m_samplesPerFrame = facts.SamplesPerFrame();
     m_isPrivate = (bytes[2] & 0x01U) != 0;
-
-    m_channelMode = bytes[3] >> 6;
+    m_channelMode = facts.channelMode;
     m_modeExtension = bytes[3] >> 4 & 0x03U;
-    m_bound = kSubbands;
-    m_allocationTable = 0;
-    if (m_channelMode == kJointStereo) {
-        m_bound = static_cast<unsigned short>(4 * m_modeExtension + 4);
-    }
+    m_bound = m_channelMode == kJointStereo ? static_cast<unsigned short>(4 * m_modeExtension + 4)
+                                            : kSubbands;
     m_isCopyright = (bytes[3] & 0x08U) != 0;
     m_isOriginal = (bytes[3] & 0x04U) != 0;
-    m_emphasis = bytes[3] & 0x03U;
-    if (m_emphasis == kReservedEmphasis) {
-        return CMPAException::HeaderCorrupt;
-    }
-    return m_layer == kLayerII ? DecodeAllocationTable(bitrateIndex) : std::nullopt;
+    m_emphasis = facts.emphasis;
+    m_allocationTable = m_layer == bitstream::kLayerII ? AllocationTable() : 0;
+    return std::nullopt;
 }
 
-// ISO/IEC 11172-3, 2.4.2.3 (which bitrates a mode may have) and Annex B, tables B.2a to B.2d.
-std::optional<CMPAException::ErrorIDs>
-CMPAHeader::DecodeAllocationTable(unsigned int bitrateIndex) {
+// ISO/IEC 11172-3, Annex B, tables B.2a to B.2d.
+unsigned short CMPAHeader::AllocationTable() const {
     if (m_isLSF) {
-        m_allocationTable = 4;
-        return std::nullopt;
-    }
-    if (!m_bAllowedModes[bitrateIndex][IsSingleChannel()]) {
-        return CMPAException::HeaderCorrupt;
+        return 4;
     }
     const unsigned int kbpsPerChannel = m_bitrateBps / 1000 / (IsSingleChannel() ? 1 : 2);
     if (kbpsPerChannel <= 48) {
-        m_allocationTable = m_samplingRateHz == 32000 ? 3 : 2;
-    } else if (kbpsPerChannel <= 80) {
-        m_allocationTable = 0;
-    } else {
-        m_allocationTable = m_samplingRateHz == 48000 ? 0 : 1;
+        return m_samplingRateHz == 32000 ? 3 : 2;
     }
-    return std::nullopt;
+    return kbpsPerChannel <= 80 || m_samplingRateHz == 48000 ? 0 : 1;
 }

@@ -55,13 +55,14 @@ public:
     bool IsOriginal() const { return m_isOriginal; }
     bool IsCRCProtected() const { return m_isCRCProtected; } ///< a 16-bit CRC follows the header
 
-    static const unsigned int m_dwSamplingRates[4][3];    ///< Hz, by version, sampling rate index
-    static const unsigned int m_dwBitrates[2][3][15];     ///< kbit/s, by LSF, layer, bitrate index
-    static const unsigned int m_dwSamplesPerFrames[2][3]; ///< by LSF, layer
-    static const unsigned int m_dwCoefficients[2][3];     ///< slots per bit/s and Hz, by LSF, layer
-    static const unsigned int m_dwSlotSizes[3];           ///< bytes, by layer
-    static const unsigned int m_dwSideInfoSizes[2][2];    ///< bytes, by LSF, single channel
-    static const bool m_bAllowedModes[15][2]; ///< MPEG 1 Layer II, by bitrate index, single channel
+    static const unsigned int (&m_dwSamplingRates)[4][3]; ///< Hz, by version, sampling rate index
+    static const unsigned int (&m_dwBitrates)[2][3][15];  ///< kbit/s, by LSF, layer, bitrate index
+    static const unsigned int (&m_dwSamplesPerFrames)[2][3]; ///< by LSF, layer
+    static const unsigned int (&m_dwCoefficients)[2][3];  ///< slots per bit/s and Hz, by LSF, layer
+    static const unsigned int (&m_dwSlotSizes)[3];        ///< bytes, by layer
+    static const unsigned int (&m_dwSideInfoSizes)[2][2]; ///< bytes, by LSF, single channel
+    static const bool (
+        &m_bAllowedModes)[15][2]; ///< MPEG 1 Layer II, by bitrate index, single channel
     static const unsigned int m_dwTolerance = 6;    ///< further offsets tried with exactOffset
     static const unsigned int m_dwMaxRange = 32768; ///< further offsets tried without
     static const char* const m_szMPEGVersions[4];   ///< by version
@@ -73,7 +74,7 @@ private:
     enum ChannelMode : unsigned int { kStereo, kJointStereo, kDualChannel, kSingleChannel };
 
     std::optional<CMPAException::ErrorIDs> Decode(const unsigned char* bytes);
-    std::optional<CMPAException::ErrorIDs> DecodeAllocationTable(unsigned int bitrateIndex);
+    unsigned short AllocationTable() const;
 
     bool m_isLSF = false;
     unsigned int m_version = 0;
