@@ -102,8 +102,7 @@ CommandInfo Split() {
              "file name becomes _ there. All pieces are written, or none.",
              "A position has to lie inside the audio, and no two may be the same. A piece is what "
              "extract writes for the same times: of an MP3, neighbouring pieces share the frames "
-             "at their boundary. With --finish they share none, and play on from one to the next "
-             "without a gap.",
+             "at their boundary.",
              "--quiet splits in the middle of every quiet place; quiet at either end of the file "
              "makes no piece, and where nothing is quiet there is one piece.",
              "LIST is a CUE sheet (INDEX 01 of each track), labels of Audacity (where regions do "
@@ -194,9 +193,8 @@ CommandInfo Help() {
 const std::vector<OptionInfo>& Options() {
     static const std::vector<OptionInfo> kOptions = {
         {Option::Finish, "--finish", nullptr, ValueKind::None,
-         "joins that play without a fault and headers that are true: exact to the sample where a "
-         "player trims what it is told to. A line on standard error tells of each join that moved "
-         "or faded, and of each tag that could not be corrected"},
+         "WAV only: keep every chunk, those behind the samples too, and correct what they say of "
+         "places and lengths"},
         {Option::Quiet, "--quiet", nullptr, ValueKind::None, "split at quiet places"},
         {Option::Every, "--every", "T", ValueKind::Text,
          "pieces that last T, the last one shorter"},
