@@ -45,12 +45,12 @@ AppDelegate::AppDelegate() : m_ui(std::make_unique<Ui::MainWindow>()) {
     }
     SetUpStrip();
     SetUpStatusBar();
+    m_workWatch = new WorkWatch(&window); // owned by it
     ConnectCommands();
     constexpr int kRefreshMilliseconds = 100;
     myTimer.setInterval(kRefreshMilliseconds);
     myTimer.callOnTimeout(this, &AppDelegate::onTick);
     window.installEventFilter(this);
-    m_workWatch = new WorkWatch(&window); // owned by it
     connect(m_workWatch, &WorkWatch::closeRequested, &window, &QWidget::close);
     m_ui->HistoryOutlineView->installEventFilter(this);
 }

@@ -142,6 +142,11 @@ private:
     void Redraw();
     void ShowPosition();
     void ShowStatus();
+    /// How much of the current entry's levels is known, 0 to 1.
+    double LevelsShare() const;
+    void AwaitLevels();
+    void AbandonSearch();
+    void Search();
     void StopPlayback();
     void ShowFailure();
     void ShowSaved();
@@ -159,6 +164,7 @@ private:
     std::unique_ptr<GoWindowController> goWindowController; // the last one opened
     QTimer myTimer;                                         // of the refresh
     WorkWatch* m_workWatch = nullptr;                       // the window's
+    bool m_isSearchPending = false;                         // until the levels are known
     QString m_workText;                                     // what the command under way does
 
     // In the status bar, which owns them.

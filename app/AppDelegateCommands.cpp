@@ -1,6 +1,5 @@
 #include "app/AppDelegate.h"
 #include "app/HistoryOutline.h"
-#include "app/LongWork.h"
 #include "app/PreferenceWindowController.h"
 #include "platform/Desktop.h"
 #include "ui_MainWindow.h"
@@ -8,8 +7,12 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QShortcut>
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
+#include <utility>
 
 namespace {
 
@@ -68,6 +71,9 @@ void AppDelegate::ConnectCommands() {
             connect(control.menuItem, &QAction::triggered, this, [=] { run(control.menuItem); });
         }
     }
+    connect(m_workWatch, &WorkWatch::cancelled, this, &AppDelegate::AbandonSearch);
+    auto* const escape = new QShortcut(Qt::Key_Escape, &window);
+    connect(escape, &QShortcut::activated, this, &AppDelegate::AbandonSearch);
     // Plus needs the shift key on most keyboards: the keys that bear it count without it too.
     m_ui->ZoomInMenu->setShortcuts({QKeySequence("+"), QKeySequence("="), QKeySequence(";")});
 }
@@ -111,10 +117,46 @@ void AppDelegate::SetEndBtnClick(QObject* /*sender*/) {
 }
 
 void AppDelegate::DetectBtnClick(QObject* /*sender*/) {
-    {
-        const LongWork work(*m_ui->statusBar, tr("無音部分を検出しています…"));
-        pKlipraMac->SearchSceanChange();
+    // What is nearly there is waited for.
+    constexpr auto kPatience = std::chrono::milliseconds(100);
+    const auto end = std::chrono::steady_clock::now() + kPatience;
+    while (LevelsShare() < 1.0 && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
+    m_isSearchPending = true;
+    AwaitLevels();
+}
+
+double AppDelegate::LevelsShare() const {
+    const auto& wave = pKlipraMac->GetWaveContext();
+    return wave ? static_cast<double>(wave->GetFinishedColumns()) / wave->GetSize().width : 1.0;
+}
+
+// The scan decodes the file anyway, and the search is then answered from what it has found. Until
+// then the window is nobody's prisoner.
+void AppDelegate::AwaitLevels() {
+    if (!m_isSearchPending) {
+        return;
+    }
+    const double share = LevelsShare();
+    if (share < 1.0) {
+        ShowMessage(tr("無音部分を検出しています…"));
+        m_workWatch->ShowShare(share);
+        return;
+    }
+    AbandonSearch();
+    Search();
+}
+
+void AppDelegate::AbandonSearch() {
+    if (std::exchange(m_isSearchPending, false)) {
+        ShowMessage({});
+        m_workWatch->HideShare();
+    }
+}
+
+void AppDelegate::Search() {
+    pKlipraMac->SearchSceanChange();
     EnableSceneChangeMoveButton();
     ShowPosition();
     if (pKlipraMac->channel != 0 && pKlipraMac->sceneChangePositions.empty()) {

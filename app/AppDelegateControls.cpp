@@ -26,6 +26,7 @@ void AppDelegate::onTick() {
         return;
     }
     Redraw();
+    AwaitLevels();
     if (isPlaying) {
         m_ui->waveScrollArea->Follow();
     }
@@ -55,6 +56,7 @@ void AppDelegate::ShowMessage(const QString& text) {
 }
 
 void AppDelegate::AwaitWork(BackgroundWork& work) {
+    AbandonSearch(); // another entry follows
     ShowMessage(m_workText);
     m_workWatch->Await(work);
     ShowMessage({});
@@ -171,6 +173,7 @@ void AppDelegate::refreshHistoryOutlineView(int id) {
 void AppDelegate::SelectedEntryDidChange(int id) {
     if (id != pKlipraMac->currentHistoryId) {
         StopPlayback();
+        AbandonSearch();
     }
     pKlipraMac->SelectHistory(id);
     EnableUndo();

@@ -54,6 +54,7 @@ WorkWatch::WorkWatch(QMainWindow* window)
         if (m_work != nullptr) {
             m_work->Cancel();
         }
+        Q_EMIT cancelled();
     });
 }
 
@@ -77,8 +78,7 @@ void WorkWatch::Await(BackgroundWork& work) {
 
     qApp->removeEventFilter(this);
     m_work = nullptr;
-    m_progress->hide();
-    m_cancel->hide();
+    HideShare();
     EnableCommands();
     if (m_wasToClose) {
         QMetaObject::invokeMethod(this, &WorkWatch::closeRequested, Qt::QueuedConnection);
@@ -86,16 +86,25 @@ void WorkWatch::Await(BackgroundWork& work) {
 }
 
 void WorkWatch::ShowProgress() {
+    const long long all = m_work->GetBytesInAll();
+    ShowShare(all > 0 ? static_cast<double>(m_work->GetBytesDone()) / static_cast<double>(all)
+                      : -1.0);
+}
+
+void WorkWatch::ShowShare(double share) {
     m_cancel->setText(tr("キャンセル"));
     m_progress->setAccessibleName(tr("進み具合"));
-    const long long all = m_work->GetBytesInAll();
-    m_progress->setRange(0, all > 0 ? kProgressSteps : 0); // with no end it moves to and fro
-    if (all > 0) {
-        m_progress->setValue(static_cast<int>(static_cast<double>(m_work->GetBytesDone()) *
-                                              kProgressSteps / static_cast<double>(all)));
+    m_progress->setRange(0, share < 0.0 ? 0 : kProgressSteps); // with no end it moves to and fro
+    if (share >= 0.0) {
+        m_progress->setValue(static_cast<int>(share * kProgressSteps));
     }
     m_progress->show();
     m_cancel->show();
+}
+
+void WorkWatch::HideShare() {
+    m_progress->hide();
+    m_cancel->hide();
 }
 
 void WorkWatch::DisableCommands() {
@@ -134,9 +143,11 @@ bool WorkWatch::eventFilter(QObject* watched, QEvent* event) {
     if (!IsInput(event->type()) || watched == m_cancel) {
         return false;
     }
-    if (event->type() == QEvent::KeyPress &&
+    // A key is offered to the window's shortcuts first.
+    if ((event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride) &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
         m_work->Cancel();
+        event->accept();
         return true;
     }
     // What the window system hands to a window goes on to the widget in it, the button among them.

@@ -24,10 +24,14 @@ public:
     void Await(BackgroundWork& work);
     bool IsWaiting() const { return m_work != nullptr; }
 
-    QProgressBar* GetProgressBar() const { return m_progress; }
-    QPushButton* GetCancelButton() const { return m_cancel; }
+    /// Shows how far something is that nobody waits for, and the button that cancels it.
+    /// @param share  0 to 1; negative where that is not known
+    void ShowShare(double share);
+    void HideShare();
 
 Q_SIGNALS:
+    /// The button was pressed; what is awaited has been cancelled already.
+    void cancelled();
     /// The window was to be closed while the work was under way, which has ended now.
     void closeRequested();
 

@@ -186,6 +186,31 @@ TEST(LongWork, LeavesTheWindowAliveAndIsCancelledByEscapeByItsButtonAndByClosing
     EXPECT_TRUE(program.delegate.GetWindow()->isVisible());
 }
 
+TEST(LongWork, ASearchWaitsForTheLevelsAndCanBeGivenUp) {
+    Program program(Wav(Samples(8000 * 3600 * 3))); // three hours
+    const auto& wave = program.Engine().GetWaveContext();
+    const auto isScanning = [&] { return wave->GetFinishedColumns() < wave->GetSize().width; };
+    auto* const cancel = program.Find<QAbstractButton>("cancelButton");
+    const std::function<void()> ways[] = {
+        [&] { QTest::keyClick(program.delegate.GetWindow(), Qt::Key_Escape); },
+        [&] { cancel->click(); }, [] {}};
+    for (const std::function<void()>& way : ways) {
+        program.Engine().sceneChangePositions = {7};
+        std::filesystem::last_write_time(program.path,
+                                         std::filesystem::file_time_type::clock::now());
+        program.Engine().Zoom(1); // of a file that may be another one now
+        program.Trigger("DetectButton");
+        program.Trigger("DetectButton");
+        if (isScanning()) {
+            EXPECT_TRUE(cancel->isVisible());
+            way();
+        }
+        program.AwaitScan();
+        Await([&] { return !cancel->isVisible(); });
+    }
+    Await([&] { return program.Engine().sceneChangePositions == std::vector{0ULL}; });
+}
+
 TEST(Commands, AnEntryThatCannotBeLoadedShowsNoOther) {
     EditedProgram program;
     std::filesystem::resize_file(program.path, 40);
