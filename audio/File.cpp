@@ -1,17 +1,8 @@
 #include "audio/File.h"
 
 #include <cerrno>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
-
-namespace {
-
-std::int64_t Nanoseconds(const timespec& time) {
-    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
-} // namespace
 
 std::shared_ptr<const File> File::Open(const char* path) {
     FilePointer file = OpenRegularFile(path);
@@ -20,20 +11,6 @@ std::shared_ptr<const File> File::Open(const char* path) {
 
 File::File(FilePointer file)
     : m_file(std::move(file)), m_state(CurrentState()), m_failures(ReadFailures::Of(m_state)) {
-}
-
-FileState File::CurrentState() const {
-    struct stat status {};
-    if (fstat(fileno(m_file.get()), &status) != 0) {
-        return {};
-    }
-#ifdef __APPLE__
-    const timespec &modified = status.st_mtimespec, &changed = status.st_ctimespec;
-#else
-    const timespec &modified = status.st_mtim, &changed = status.st_ctim;
-#endif
-    return {static_cast<std::int64_t>(status.st_dev), static_cast<std::int64_t>(status.st_ino),
-            status.st_size, Nanoseconds(modified), Nanoseconds(changed)};
 }
 
 File::ReadResult File::ReadAt(std::int64_t offset, void* to, std::size_t bytes) const {

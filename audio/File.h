@@ -1,7 +1,7 @@
 #pragma once
 
-#include "audio/FileState.h"
 #include "audio/ReadFailures.h"
+#include "platform/FileState.h"
 #include "platform/RegularFile.h"
 
 #include <cstddef>
@@ -22,7 +22,7 @@ public:
     /// As it was when the file was opened.
     const FileState& State() const { return m_state; }
     /// As it is now; all zero when that cannot be told.
-    FileState CurrentState() const;
+    FileState CurrentState() const { return StateOf(fileno(m_file.get())); }
 
     struct ReadResult {
         std::size_t bytes = 0; ///< that were read

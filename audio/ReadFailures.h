@@ -1,6 +1,6 @@
 #pragma once
 
-#include "audio/FileState.h"
+#include "platform/FileState.h"
 
 #include <cstdint>
 #include <memory>

@@ -2,6 +2,7 @@
 
 #include "cli/Report.h"
 #include "places/PrintableText.h"
+#include "platform/FollowLink.h"
 #include "platform/SystemError.h"
 
 #include <cerrno>
@@ -42,18 +43,6 @@ std::string Problem(const std::string& source, const std::string& path, bool rep
                : SystemErrorText(errno);
 }
 
-// Where a name leads: a link that the person names is a name for its file, which is what they want
-// written. False for a link that leads nowhere.
-bool FollowLink(const std::string& name, std::string& path) {
-    std::error_code error;
-    path = name;
-    if (!fs::is_symlink(name, error)) {
-        return true;
-    }
-    path = fs::canonical(name, error).string();
-    return !error;
-}
-
 /// Tells when two names are the same file, whether it exists yet or not.
 class SameFiles {
 public:
@@ -87,7 +76,8 @@ bool OutputTargets::Check(const std::string& source, const std::vector<std::stri
     SameFiles files;
     for (const std::string& name : names) {
         std::string& path = m_paths.emplace_back();
-        if (!FollowLink(name, path)) {
+        path = FollowLink(name);
+        if (path.empty()) {
             ReportError(name, "is a link that leads nowhere");
             return false;
         }
