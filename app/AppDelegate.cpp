@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/CommandBar.h"
+#include "app/FailureTexts.h"
 #include "app/FitToScreen.h"
 #include "app/HistoryOutline.h"
 #include "app/KeyCodes.h"
@@ -38,6 +39,7 @@ AppDelegate::AppDelegate() : m_ui(std::make_unique<Ui::MainWindow>()) {
     m_ui->setupUi(&window);
     window.addToolBar(MakeCommandBar(*m_ui->toolBarLayout, &window));
     m_ui->mainLayout->removeItem(m_ui->toolBarLayout);
+    delete m_ui->toolBarLayout; // empty by now
     for (QToolButton* const button : window.findChildren<QToolButton*>()) {
         if (const QString name = button->property("iconName").toString(); !name.isEmpty()) {
             button->setIcon(MakeTintedIcon(":/icons/" + name + ".svg"));
@@ -123,6 +125,7 @@ void AppDelegate::OpenFile(const LaunchFile& file) {
         m_ui->HistoryOutlineView, [this](int id) { SelectedEntryDidChange(id); });
     refreshHistoryOutlineView(pKlipraMac->currentHistoryId);
     ShowStatus();
+    ShowMessage(FailureText({{pKlipraMac->WhyUncuttable(), file.path}}));
     window.raise();
     window.activateWindow();
 }

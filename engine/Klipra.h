@@ -157,6 +157,8 @@ public:
     /// Writes the range of the cut positions to a file that the person names, or to the one that a
     /// link named leads to. A file that an entry uses is refused, and a link that leads nowhere.
     void SaveRange();
+    /// Why the opened file cannot be cut, though it may be played; None where it can.
+    CutReason WhyUncuttable() const;
     /// Whether an entry has this file, under whatever name: it must not be saved over.
     bool IsUsedByHistory(const std::string& path) const;
     /// Copies the current entry's file to one that the person names, likewise, and marks the entry

@@ -1,5 +1,6 @@
 #include "audio/bass.h"
 #include "cutting/CutError.h"
+#include "cutting/CutWholeWAV.h"
 #include "engine/Busy.h"
 #include "engine/Format.h"
 #include "engine/Klipra.h"
@@ -163,4 +164,9 @@ std::string Klipra::ExtractFilename(const std::string& path) {
 
 std::string Klipra::ExtractExtension(const std::string& path) {
     return After(path, '.');
+}
+
+CutReason Klipra::WhyUncuttable() const {
+    const bool isWAV = formatType == FormatType::WAV && !histories.empty() && channel != 0;
+    return isWAV ? WhyNoCutterTakes(histories.front().path.c_str()) : CutReason::None;
 }
