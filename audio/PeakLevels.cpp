@@ -109,7 +109,7 @@ std::pair<int, int> HighestAlternating(std::span<const std::int16_t> values) {
     Lanes rest = lowestOfAll;
     std::memcpy(&rest, values.data(), values.size_bytes());
     highest = Fold(Higher(rest, highest), Higher);
-    return {highest[0], highest[1]};
+    return {int{highest[0]}, int{highest[1]}};
 }
 
 PeakLevels Larger(const PeakLevels& a, const PeakLevels& b) {

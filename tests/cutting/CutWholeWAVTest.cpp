@@ -118,7 +118,8 @@ TEST_F(CutWholeWAVs, KeepTheBytesOfEverySampleFormatInEveryWrapping) {
                      (all.size() % 2 == 1 ? std::string(1, '\0') : "") + odd,
                  odd},
             };
-            for (const auto& [before, source, behind] : sources) {
+            for (const auto& parts : sources) {
+                const std::string &before = parts[0], &source = parts[1], &behind = parts[2];
                 SCOPED_TRACE(testing::Message() << format.tag << ' ' << format.bytes << ' '
                                                 << channels << ' ' << &source - &sources[0][1]);
                 const auto expected = [&](const std::string& samples) {
