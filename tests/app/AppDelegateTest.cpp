@@ -19,6 +19,7 @@ struct EditedProgram : Program {
         Engine().sceneChangePositions = {1'600, 12'000};
         delegate.EnableSceneChangeMoveButton();
         desktop.answer = folder.Path("out.wav");
+        AwaitScan(); // which a search waits for
     }
 };
 
