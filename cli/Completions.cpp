@@ -80,15 +80,15 @@ std::string ZshAction(ValueKind kind) {
 std::string ZshOption(const OptionInfo& option) {
     std::string brief = Brief(option);
     std::erase_if(brief, [](char c) { return c == '[' || c == ']' || c == ':'; });
-    std::string spec = option.name;
+    std::string argument = option.name;
     if (option.value != nullptr) {
-        spec += "=";
+        argument += "=";
     }
-    spec += Concat({"[", brief, "]"});
+    argument += Concat({"[", brief, "]"});
     if (option.value != nullptr) {
-        spec += Concat({":", option.value, ":", ZshAction(option.kind)});
+        argument += Concat({":", option.value, ":", ZshAction(option.kind)});
     }
-    return Concat({"            ", ShellQuoted(spec), " \\\n"});
+    return Concat({"            ", ShellQuoted(argument), " \\\n"});
 }
 
 std::string ZshFunction(const CommandInfo& command) {
@@ -102,10 +102,10 @@ std::string ZshFunction(const CommandInfo& command) {
         const bool isRest =
             i + 1 == command.operands.size() && command.mostOperands > command.operands.size();
         const char* const kind = KindName(command.operands[i]);
-        const std::string spec = Concat(
+        const std::string argument = Concat(
             {isRest ? "*" : std::to_string(i + 1), ":", kind, ":", ZshAction(command.operands[i])});
-        text += Concat(
-            {"            ", ShellQuoted(spec), i + 1 < command.operands.size() ? " \\\n" : "\n"});
+        text += Concat({"            ", ShellQuoted(argument),
+                        i + 1 < command.operands.size() ? " \\\n" : "\n"});
     }
     return text + "        ;;\n";
 }
