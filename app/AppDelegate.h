@@ -22,6 +22,7 @@
 #include <vector>
 
 class HistoryOutline;
+class QShortcut;
 
 namespace Ui {
 class MainWindow;
@@ -164,6 +165,7 @@ private:
     std::unique_ptr<GoWindowController> goWindowController; // the last one opened
     QTimer myTimer;                                         // of the refresh
     WorkWatch* m_workWatch = nullptr;                       // the window's
+    QShortcut* m_escape = nullptr;                          // abandons the pending search
     bool m_isSearchPending = false;                         // until the levels are known
     QString m_workText;                                     // what the command under way does
 

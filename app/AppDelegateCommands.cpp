@@ -72,8 +72,10 @@ void AppDelegate::ConnectCommands() {
         }
     }
     connect(m_workWatch, &WorkWatch::cancelled, this, &AppDelegate::AbandonSearch);
-    auto* const escape = new QShortcut(Qt::Key_Escape, &window);
-    connect(escape, &QShortcut::activated, this, &AppDelegate::AbandonSearch);
+    // Only while there is something to abandon: an Escape that a dialog waits for is the dialog's.
+    m_escape = new QShortcut(Qt::Key_Escape, &window);
+    m_escape->setEnabled(false);
+    connect(m_escape, &QShortcut::activated, this, &AppDelegate::AbandonSearch);
     // Plus needs the shift key on most keyboards: the keys that bear it count without it too.
     m_ui->ZoomInMenu->setShortcuts({QKeySequence("+"), QKeySequence("="), QKeySequence(";")});
 }
@@ -124,6 +126,7 @@ void AppDelegate::DetectBtnClick(QObject* /*sender*/) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     m_isSearchPending = true;
+    m_escape->setEnabled(true);
     AwaitLevels();
 }
 
@@ -150,6 +153,7 @@ void AppDelegate::AwaitLevels() {
 
 void AppDelegate::AbandonSearch() {
     if (std::exchange(m_isSearchPending, false)) {
+        m_escape->setEnabled(false);
         ShowMessage({});
         m_workWatch->HideShare();
     }

@@ -42,6 +42,7 @@ TEST(PreferencesWindow, AppliesItsFieldsHoweverItIsClosed) {
         {"０．２５/.5s/inf", 0.25F, 0.5F, 0.0},
         {"-1/x/ +1", 0.25F, 0.02F, 1.0}};
     Program program;
+    QApplication::processEvents(); // the main window is the active one by now
     QString shown = "0.0010/0.20/1.000";
     for (const auto& [fields, level, time, moveAmount] : cases) {
         program.Trigger(shown[0] == '0' ? "PreferenceMenu" : "ToolButton");
