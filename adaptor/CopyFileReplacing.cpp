@@ -49,7 +49,7 @@ void Copy(const std::string& from, const std::string& to) {
     if (std::filesystem::equivalent(from, to, error)) {
         throw CutError{CutReason::OutputNotCreatable, EEXIST, to};
     }
-    FileReplacement replacement(to, from);
+    FileReplacement replacement(to, from, Lasting::ForGood);
     if (!replacement.GetPath().empty()) {
         CopyBytes(source.get(), replacement.GetPath());
     }

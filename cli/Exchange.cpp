@@ -15,7 +15,8 @@ Exchange::~Exchange() {
 }
 
 bool Exchange::Add(FileReplacement& replacement, const std::string& output, bool keepsOld) {
-    Step& step = m_steps.emplace_back(Step{output, replacement.GetPath() + "-old"});
+    Step& step =
+        m_steps.emplace_back(Step{output, FileReplacement::HiddenNameBeside(output) + "-old"});
     if (keepsOld && !KeepOld(step)) {
         ReportError(output, "cannot be replaced: " + SystemErrorText(errno));
         return false;

@@ -9,6 +9,8 @@
 #include "cutting/CutProgress.h"
 #include "places/PrintableText.h"
 #include "platform/FileReplacement.h"
+#include "platform/SyncFiles.h"
+#include "platform/SystemError.h"
 
 #include <algorithm>
 #include <deque>
@@ -18,13 +20,16 @@ namespace {
 /// Makes a new file for each target, and tells the guard of it.
 bool MakeReplacements(const std::string& source, const std::vector<std::string>& targets,
                       InterruptGuard& guard, std::deque<FileReplacement>& replacements) {
+    const Lasting lasting = targets.size() == 1 ? Lasting::ForGood : Lasting::Grouped;
     for (const std::string& target : targets) {
-        const FileReplacement& replacement = replacements.emplace_back(target, source);
+        const FileReplacement& replacement = replacements.emplace_back(target, source, lasting);
         if (replacement.GetPath().empty()) {
             ReportError(target, replacement.GetError().message());
             return false;
         }
-        guard.Add(replacement.GetPath());
+        if (!replacement.GetHiddenPath().empty()) {
+            guard.Add(replacement.GetHiddenPath());
+        }
         if (InterruptGuard::IsInterrupted()) {
             return false;
         }
@@ -52,6 +57,19 @@ std::string Describe(const std::vector<std::string>& names, const CutProgress& p
            std::to_string(progress.bytesDone * 100 / all) + " %";
 }
 
+/// Waits until all that was written is on the disk.
+bool SyncAll(const std::vector<std::string>& targets, std::deque<FileReplacement>& replacements,
+             const FileSystemSync& fileSystems) {
+    const bool isAlone = replacements.size() == 1;
+    const std::error_code error =
+        isAlone ? (static_cast<void>(replacements.front().Sync()), replacements.front().GetError())
+                : SystemError(fileSystems.Sync());
+    if (error) {
+        ReportError(targets.front(), "cannot be written: " + error.message());
+    }
+    return !error;
+}
+
 bool CommitAll(const std::vector<std::string>& targets, std::deque<FileReplacement>& replacements) {
     Exchange exchange;
     for (std::size_t i = 0; i < targets.size(); ++i) {
@@ -60,6 +78,9 @@ bool CommitAll(const std::vector<std::string>& targets, std::deque<FileReplaceme
         }
     }
     exchange.Keep();
+    if (targets.size() > 1) {
+        SyncFoldersOf(targets);
+    }
     return true;
 }
 
@@ -94,7 +115,9 @@ bool WriteOutputs(const std::string& source, const std::vector<std::string>& nam
     }
     std::vector<std::string> paths;
     std::ranges::transform(replacements, std::back_inserter(paths), &FileReplacement::GetPath);
-    if (!WriteWithProgress(source, names, paths, write)) {
+    const FileSystemSync fileSystems(paths);
+    if (!WriteWithProgress(source, names, paths, write) ||
+        !SyncAll(names, replacements, fileSystems)) {
         return false;
     }
     guard.HoldOff();

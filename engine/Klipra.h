@@ -263,6 +263,7 @@ private:
     void MoveBy(double seconds);
 
     std::string m_lastOutput;
+    bool m_isForGood = false;         // what CutExec writes is to outlast a power cut
     EditKind m_edit = EditKind::None; // under way
     CutPositions m_editRange;         // of the entry that it makes next
 

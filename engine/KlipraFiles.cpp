@@ -68,7 +68,7 @@ bool Klipra::CutExec(bool keep, const std::string& source, const std::string& ta
         return false;
     }
     ResetCutFailure();
-    FileReplacement replacement(target, source);
+    FileReplacement replacement(target, source, m_isForGood ? Lasting::ForGood : Lasting::Session);
     const bool isWritten = !replacement.GetPath().empty() &&
                            CutToFile(keep, source, replacement.GetPath(), start, end) &&
                            replacement.Commit();
@@ -124,8 +124,11 @@ void Klipra::SaveRange() {
         return;
     }
     const std::string target = ResolveOutput(output);
-    if (target.empty() || IsUsedByHistory(target) ||
-        !CutExec(true, item->path, target, cutPositions.start, cutPositions.end)) {
+    m_isForGood = true;
+    const bool isWritten = !target.empty() && !IsUsedByHistory(target) &&
+                           CutExec(true, item->path, target, cutPositions.start, cutPositions.end);
+    m_isForGood = false;
+    if (!isWritten) {
         ReportFailure();
         return;
     }

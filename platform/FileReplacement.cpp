@@ -1,7 +1,10 @@
 #include "platform/FileReplacement.h"
 
+#include "platform/RegularFile.h"
+#include "platform/SyncFiles.h"
 #include "platform/SystemError.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -9,17 +12,16 @@
 #include <random>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
 constexpr mode_t kMostPermissions = 0666; // of a new file, less what the user's mask takes away
 constexpr int kAttempts = 100;
 
-std::string HiddenNameBeside(const std::string& target) {
-    std::random_device random;
-    const std::string name = FileReplacement::HiddenPrefix() + std::to_string(random());
-    return std::filesystem::path(target).replace_filename(name).string();
-}
+// Those that keep a descriptor; ten thousand at a time may not.
+constexpr int kMostDescriptors = 64;
+std::atomic<int> descriptorsKept{0};
 
 mode_t PermissionsLike(const std::string& source) {
     struct stat status {};
@@ -33,16 +35,28 @@ std::string FileReplacement::HiddenPrefix() {
     return ".klipra-" + std::to_string(getpid()) + "-";
 }
 
-FileReplacement::FileReplacement(const std::string& target, const std::string& source)
-    : m_target(target) {
+std::string FileReplacement::HiddenNameBeside(const std::string& target) {
+    std::random_device random;
+    const std::string name = HiddenPrefix() + std::to_string(random());
+    return std::filesystem::path(target).replace_filename(name).string();
+}
+
+FileReplacement::FileReplacement(const std::string& target, const std::string& source,
+                                 Lasting lasting)
+    : m_target(target), m_lasting(lasting) {
     if (CheckTarget()) {
         Create(source);
+    }
+    if (m_descriptor >= 0 && m_lasting != Lasting::Session) {
+        m_writeThrough = WriteThrough::OfProcess();
+        m_writeThrough->Add(m_descriptor);
     }
 }
 
 FileReplacement::~FileReplacement() {
-    if (!m_path.empty()) {
-        unlink(m_path.c_str());
+    CloseDescriptor();
+    if (!m_hiddenPath.empty()) {
+        unlink(m_hiddenPath.c_str());
     }
 }
 
@@ -69,18 +83,64 @@ bool FileReplacement::CheckTarget() {
 void FileReplacement::Create(const std::string& source) {
     // Its owner has to be able to write it, whatever the source allows.
     const mode_t permissions = m_permissions.value_or(PermissionsLike(source) | S_IWUSR);
+    const bool keepsDescriptor = descriptorsKept < kMostDescriptors;
+    if (!keepsDescriptor || !CreateUnnamed(permissions)) {
+        CreateHidden(permissions);
+    }
+    if (!keepsDescriptor) {
+        CloseDescriptor();
+    }
+}
+
+void FileReplacement::TakeDescriptor(int descriptor) {
+    m_descriptor = descriptor;
+    ++descriptorsKept;
+    if (m_permissions) {
+        fchmod(descriptor, *m_permissions); // a file system without permissions is no failure
+    }
+}
+
+void FileReplacement::CloseDescriptor() {
+    if (m_writeThrough != nullptr) {
+        m_writeThrough->Remove(m_descriptor);
+        m_writeThrough.reset();
+    }
+    if (m_descriptor >= 0) {
+        close(std::exchange(m_descriptor, -1));
+        --descriptorsKept;
+    }
+}
+
+bool FileReplacement::CreateUnnamed(mode_t permissions) {
+#ifdef O_TMPFILE
+    const int descriptor =
+        open(FolderOf(m_target).c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, permissions);
+    if (descriptor < 0) {
+        return false; // not here, or the attempt at a hidden one will tell why
+    }
+    const std::string path = kOwnDescriptors + std::to_string(descriptor);
+    if (access(path.c_str(), F_OK) != 0) {
+        close(descriptor);
+        return false;
+    }
+    TakeDescriptor(descriptor);
+    m_path = path;
+    return true;
+#else
+    return permissions != permissions;
+#endif
+}
+
+void FileReplacement::CreateHidden(mode_t permissions) {
+    m_hold = FolderHold::Of(FolderOf(m_target));
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         const std::string path = HiddenNameBeside(m_target);
         const int descriptor =
             open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, permissions);
         if (descriptor >= 0) {
-            m_path = path;
+            TakeDescriptor(descriptor);
+            m_path = m_hiddenPath = path;
             m_error.clear();
-            if (m_permissions) {
-                fchmod(descriptor,
-                       *m_permissions); // a file system without permissions is no reason to fail
-            }
-            close(descriptor);
             return;
         }
         m_error = SystemError(errno);
@@ -90,11 +150,65 @@ void FileReplacement::Create(const std::string& source) {
     }
 }
 
+bool FileReplacement::Fail() {
+    m_error = SystemError(errno);
+    return false;
+}
+
+bool FileReplacement::Sync() {
+    if (m_isSynced || m_lasting != Lasting::ForGood) {
+        return true;
+    }
+    if (m_descriptor < 0) {
+        m_descriptor = open(m_hiddenPath.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC);
+        if (m_descriptor < 0) {
+            return Fail();
+        }
+        ++descriptorsKept;
+    }
+    if (m_writeThrough != nullptr) {
+        m_writeThrough->Remove(m_descriptor);
+    }
+    errno = SyncFile(m_descriptor);
+    m_isSynced = errno == 0;
+    return m_isSynced || Fail();
+}
+
+bool FileReplacement::LinkTo(const std::string& path) const {
+    // The one flag makes it the file that the descriptor stands for.
+    return linkat(AT_FDCWD, m_path.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
+// A link never replaces what is there: then a hidden name comes first.
+bool FileReplacement::Link() {
+    if (!m_permissions && LinkTo(m_target)) {
+        return true;
+    }
+    m_hold = FolderHold::Of(FolderOf(m_target));
+    std::string path = HiddenNameBeside(m_target);
+    for (int attempt = 1; !LinkTo(path); ++attempt) {
+        if (errno != EEXIST || attempt == kAttempts) {
+            return Fail();
+        }
+        path = HiddenNameBeside(m_target);
+    }
+    m_hiddenPath = path;
+    return true;
+}
+
 bool FileReplacement::Commit() {
-    if (std::rename(m_path.c_str(), m_target.c_str()) != 0) {
-        m_error = SystemError(errno);
+    if (!Sync() || (m_hiddenPath.empty() && !Link())) {
         return false;
     }
+    if (!m_hiddenPath.empty() && std::rename(m_hiddenPath.c_str(), m_target.c_str()) != 0) {
+        return Fail();
+    }
+    m_hiddenPath.clear();
     m_path.clear();
+    m_hold.reset();
+    CloseDescriptor();
+    if (m_lasting == Lasting::ForGood) {
+        SyncFoldersOf({m_target});
+    }
     return true;
 }

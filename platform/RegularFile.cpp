@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -52,5 +53,7 @@ FilePointer OpenRegularFile(const char* path) {
 }
 
 FilePointer OpenForWriting(const char* path) {
-    return Open(path, O_WRONLY | O_CREAT | O_NOFOLLOW, "wb", Empty);
+    // Nobody but the kernel makes the links there.
+    const bool isOwn = std::string_view(path).starts_with(kOwnDescriptors);
+    return Open(path, isOwn ? O_WRONLY : O_WRONLY | O_CREAT | O_NOFOLLOW, "wb", Empty);
 }

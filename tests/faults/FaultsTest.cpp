@@ -202,6 +202,75 @@ TEST(ProgramFaults, ToldToEndWhileItScansItLeavesNothing) {
     EXPECT_EQ(std::system(script.c_str()), 0);
 }
 
+/// A file system in a file, which can be copied while it is in use, as a power cut would leave it.
+class DiskImage {
+public:
+    explicit DiskImage(std::string path) : m_path(std::move(path)), m_folder(m_path + ".mounted") {
+        fs::create_directory(m_folder);
+        m_isMounted = Run("mount -o loop " + m_path + " " + m_folder);
+    }
+    DiskImage(const DiskImage&) = delete;
+    DiskImage& operator=(const DiskImage&) = delete;
+    ~DiskImage() {
+        if (m_isMounted) {
+            Run("umount " + m_folder);
+        }
+    }
+    bool IsMounted() const { return m_isMounted; }
+    std::string Path(const std::string& name) const { return m_folder + "/" + name; }
+
+    /// What a file holds after a power cut now.
+    std::string ReadAfterPowerCut(const std::string& name) const {
+        const std::string copy = m_path + ".copy";
+        fs::copy_file(m_path, copy, fs::copy_options::overwrite_existing);
+        return TemporaryFolder::Read(DiskImage(copy).Path(name));
+    }
+
+    static bool Run(const std::string& command) {
+        return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
+    }
+
+private:
+    const std::string m_path;
+    const std::string m_folder;
+    bool m_isMounted = false;
+};
+
+TEST(PowerCut, BehindAnySaveFindsItsFileWhole) {
+    const TemporaryFolder folder;
+    const std::string image = folder.Path("image");
+    if (!DiskImage::Run("truncate -s 64M " + image) || !DiskImage::Run("mkfs.ext4 -q " + image) ||
+        !DiskImage(image).IsMounted()) {
+        GTEST_SKIP() << "no image of a disk can be mounted here";
+    }
+    const DiskImage disk(image);
+    const std::string cli = std::string(KLIPRA_CLI).substr(std::string("$KLIPRA_UNDER").size());
+    AlertRecorder person;
+    OpenedFile file(SilentWav(200));
+    file.adaptor.cutPositions = {0, 160'000};
+    for (const std::string old : {"", "old"}) {
+        const auto expectWhole = [&](const std::string& name) {
+            const std::string bytes = TemporaryFolder::Read(disk.Path(name));
+            EXPECT_TRUE(bytes.size() > 100'000 && disk.ReadAfterPowerCut(name) == bytes) << name;
+        };
+        person.answer = disk.Path(old + "saved.wav");
+        std::string path;
+        EXPECT_TRUE(file.adaptor.Save(path));
+        expectWhole(old + "saved.wav");
+        person.answer = disk.Path(old + "range.wav");
+        file.adaptor.SaveRange();
+        expectWhole(old + "range.wav");
+        EXPECT_TRUE(DiskImage::Run(cli + " split '" + file.path + "' 10 100 " +
+                                   disk.Path(old + "piece-%.wav")));
+        expectWhole(old + "piece-1.wav");
+        expectWhole(old + "piece-3.wav");
+        for (const char* name : {"oldsaved.wav", "oldrange.wav", "oldpiece-1.wav"}) {
+            std::ofstream(disk.Path(name)) << "old"; // what the second round replaces
+        }
+        sync();
+    }
+}
+
 using CommandLineFaults = CliTest;
 
 // The kernel answers a call of the program as it does when a disk breaks, fills or refuses.
@@ -222,6 +291,8 @@ TEST_F(CommandLineFaults, OfDisksAreNamedAndLeaveTheOldFiles) {
          "'old-1.wav': cannot be written: Input/output"},
         {"/^rename:error=EIO:when=2", "split a.WAV 50 old-%.wav",
          "'old-2.wav': cannot be written: Input/output"},
+        {"fsync:error=EIO", "extract a.WAV 1 90 old-1.wav", "'old-1.wav': cannot be written"},
+        {"syncfs:error=EIO", "split a.WAV 50 old-%.wav", "cannot be written: Input/output"},
         {"/^faccessat:error=EROFS", "cut a.WAV 1 2 old-2.wav",
          "'old-2.wav': Read-only file system"},
         {"read:error=EIO:when=3 -P a.WAV", "cut a.WAV 1 2 old-1.wav", "'a.WAV': cannot be read"},
