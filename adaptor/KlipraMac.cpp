@@ -2,6 +2,7 @@
 
 #include "adaptor/CopyFileReplacing.h"
 #include "adaptor/HeldAlerts.h"
+#include "adaptor/Session.h"
 #include "audio/bass.h"
 #include "engine/Format.h"
 #include "platform/Desktop.h"
@@ -93,6 +94,9 @@ bool KlipraMac::CopyFile(const std::string& from, const std::string& to) {
 
 void KlipraMac::EnableSaveButton() {
     DeleteDroppedFiles(); // an edit or a selection is complete, its entry loaded
+    if (!m_isJournalCurrent) {
+        WriteJournal();
+    }
     appDelegate->EnableSaveButton();
 }
 

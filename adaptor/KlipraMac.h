@@ -11,10 +11,14 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <thread>
 #include <vector>
+
+class Session;
+struct SessionRecord;
 
 /// The engine on a desktop: its hooks filled in with temporary files, the desktop's alerts and save
 /// panel, the wave image and the history tree. What concerns controls goes on to a delegate.
@@ -115,7 +119,24 @@ public:
     /// After a save: adds the saved file's name to the current entry's, and marks it saved.
     void UpdateHistoryItem(const std::string& path);
 
+    // The session: what outlives this process, should it not end as it should.
+
+    /// Once the opened file is loaded: keeps a journal of every edit from now on, clears away what
+    /// dead sessions of this user have left, and offers the edits of one that died while it had
+    /// this file open. Without it there is no journal.
+    /// @param folder  of the journals; see SessionJournal::Folder
+    /// @return false when edits were to be restored, and not all could be; those before the one
+    ///         that failed are there, and GetLastFailure tells why
+    [[nodiscard]] bool BeginSession(const std::string& folder);
+    /// The person ends the session: its edits are not to be offered again.
+    void EndSession();
+
 private:
+    bool Restore();
+    SessionRecord Record();
+    void WriteJournal();
+    void TellThatEditsDoNotSurvive();
+
     std::string ProposeOutputName(const std::string& folder);
     const char* GetExtension() const;
 
@@ -146,5 +167,9 @@ private:
     HistoryTreeItem historyRoot;
     std::vector<int> m_droppedIds; // entries that have left the tree, and whose files may go
     const TemporaryFiles m_temporaryFiles;
+    std::unique_ptr<Session> m_session; // none where edits are not kept
+    bool m_isRestoring = false;
+    bool m_isJournalCurrent = true; // false: the tree has lost entries that it still has
+    bool m_hasToldOfJournal = false;
     PeakScan m_scan{{scanThread, scanStream, abortScan, channel}, *this}; // last: uses the others
 };

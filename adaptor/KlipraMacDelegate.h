@@ -39,6 +39,13 @@ public:
     /// the engine would not follow it. Whoever cancels the work waits for its end all the same.
     virtual void AwaitWork(BackgroundWork& work) { work.Wait(); }
 
+    /// The edits of an earlier session are being restored: so many of them are done, in AwaitWork
+    /// the next one is.
+    virtual void restoringEdits(int /*done*/, int /*count*/) {}
+    /// The journal cannot be written: should the program not end as it should, edits are lost. Told
+    /// once.
+    virtual void editsDoNotSurvive() {}
+
     /// Shows the history tree anew and selects an entry.
     /// @param id  of the entry; one that is not shown, such as -1, leaves the selection alone
     virtual void refreshHistoryOutlineView(int /*id*/) {}

@@ -13,6 +13,7 @@ void KlipraMac::PushHistory(const std::string& name, const std::string& path, bo
     }
     HistoryTreeItem* const parent = FindHistoryTreeItem(parentId);
     (parent != nullptr ? *parent : historyRoot).children.emplace_back(currentHistoryId);
+    WriteJournal(); // first: what is shown is safe
     appDelegate->refreshHistoryOutlineView(currentHistoryId);
 }
 
@@ -23,6 +24,7 @@ void KlipraMac::DeleteAllChildren() {
     }
     const std::vector<int> ids = node->GetIds();
     m_droppedIds.insert(m_droppedIds.end(), ids.begin() + 1, ids.end());
+    m_isJournalCurrent = m_isJournalCurrent && node->children.empty();
     while (!node->children.empty()) {
         node->children.pop_back();
     }
@@ -60,5 +62,6 @@ void KlipraMac::UpdateHistoryItem(const std::string& path) {
     if (HistoryItem* const item = FindHistoryItem(currentHistoryId); item != nullptr) {
         item->name.append(" ").append(ExtractFilename(path));
         item->saved = true;
+        WriteJournal();
     }
 }

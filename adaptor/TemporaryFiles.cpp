@@ -1,10 +1,13 @@
 #include "adaptor/TemporaryFiles.h"
 
 #include "platform/FileReplacement.h"
+#include "platform/LockFile.h"
+#include "platform/OwnFiles.h"
 
 #include <cstdio>
 #include <filesystem>
 #include <functional>
+#include <regex>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -30,10 +33,30 @@ std::string FitSuffix(const std::string& suffix, std::size_t room) {
     return suffix.substr(0, room > length ? room - length : 0) + hash;
 }
 
+const std::string kBeginning = "orvane.Klipra-";
+const std::string kLockBeginning = ".klipra-";
+
+std::string LockName(pid_t process) {
+    return kLockBeginning + std::to_string(process) + ".lock";
+}
+
+/// The process that has given a file this name, as that of an edit or as its lock's; 0 for none.
+pid_t ProcessOf(const std::string& name) {
+    static const std::regex names(
+        R"(orvane\.Klipra-([1-9]\d{0,8})-[\d-]+(~[0-9a-f]+)?\.(mp3|wav)|\.klipra-([1-9]\d{0,8})\.lock)");
+    std::smatch match;
+    if (!(name.starts_with(kBeginning) || name.starts_with(kLockBeginning)) ||
+        !std::regex_match(name, match, names)) {
+        return 0;
+    }
+    return std::stoi(match[1].matched ? match[1] : match[4]);
+}
+
 } // namespace
 
 TemporaryFiles::TemporaryFiles(std::string folder, pid_t process)
-    : m_folder(std::move(folder)), m_prefix("orvane.Klipra-" + std::to_string(process) + "-") {
+    : m_folder(std::move(folder)), m_process(process),
+      m_prefix(kBeginning + std::to_string(process) + "-") {
 }
 
 std::string TemporaryFiles::MakePath(const std::string& suffix,
@@ -42,6 +65,10 @@ std::string TemporaryFiles::MakePath(const std::string& suffix,
     const std::size_t longest = LongestName(m_folder);
     const std::size_t room = longest > fixedLength ? longest - fixedLength : 0;
     return m_folder + "/" + m_prefix + FitSuffix(suffix, room) + "." + extension;
+}
+
+std::string TemporaryFiles::LockPath() const {
+    return m_folder + "/" + LockName(m_process);
 }
 
 void TemporaryFiles::DeleteAll() const {
@@ -58,5 +85,29 @@ void TemporaryFiles::DeleteAll() const {
     }
     for (const fs::path& path : found) {
         fs::remove(path, error);
+    }
+}
+
+void TemporaryFiles::DeleteThoseOfTheDead(const std::set<pid_t>& dead,
+                                          const std::set<pid_t>& living) const {
+    std::set<pid_t> processes;
+    const auto isAny = [](const std::string& name) { return ProcessOf(name) != 0; };
+    for (const std::string& name : OwnFilesIn(m_folder, isAny)) {
+        processes.insert(ProcessOf(name));
+    }
+    processes.erase(m_process);
+    for (const pid_t process : processes) {
+        const std::string path = m_folder + "/" + LockName(process);
+        std::error_code error;
+        if (!std::filesystem::exists(path, error) &&
+            !(dead.contains(process) && !living.contains(process))) {
+            continue;
+        }
+        if (const LockFile lock(path); lock.IsLocked()) {
+            RemoveOwnFiles(m_folder, [&](const std::string& name) {
+                return name.starts_with(kBeginning) && ProcessOf(name) == process;
+            });
+            lock.Remove();
+        }
     }
 }

@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "adaptor/SessionJournal.h"
 #include "app/CommandBar.h"
 #include "app/FailureTexts.h"
 #include "app/FitToScreen.h"
@@ -53,6 +54,12 @@ AppDelegate::AppDelegate() : m_ui(std::make_unique<Ui::MainWindow>()) {
     myTimer.setInterval(kRefreshMilliseconds);
     myTimer.callOnTimeout(this, &AppDelegate::onTick);
     window.installEventFilter(this);
+    // Not where a signal ends the program: what was edited is offered again then.
+    connect(this, &AppDelegate::terminate, this, [this] {
+        if (pKlipraMac != nullptr) {
+            pKlipraMac->EndSession();
+        }
+    });
     connect(m_workWatch, &WorkWatch::closeRequested, &window, &QWidget::close);
     m_ui->HistoryOutlineView->installEventFilter(this);
 }
@@ -76,6 +83,10 @@ void AppDelegate::SetUpStatusBar() {
     m_outputLabel->setText("音声出力なし");
     m_outputLabel->setToolTip("音声出力がないため、無音で再生します。");
     m_outputLabel->hide();
+    m_journalLabel->setText("編集の復元不可");
+    m_journalLabel->setToolTip("作業状態を記録できないため、異常終了すると編集内容は失われます。");
+    m_journalLabel->setObjectName("journalLabel");
+    m_journalLabel->hide();
     const std::pair<QLabel*, const char*> labels[] = {{m_fileLabel, "fileLabel"},
                                                       {m_rangeLabel, "rangeLabel"},
                                                       {m_scenesLabel, "scenesLabel"},
@@ -92,6 +103,7 @@ void AppDelegate::SetUpStatusBar() {
     m_waveformLabel->setObjectName("waveformLabel");
     m_outputLabel->setObjectName("outputLabel");
     m_ui->statusBar->addPermanentWidget(m_waveformLabel);
+    m_ui->statusBar->addPermanentWidget(m_journalLabel);
     m_ui->statusBar->addPermanentWidget(m_outputLabel);
 }
 
@@ -128,6 +140,9 @@ void AppDelegate::OpenFile(const LaunchFile& file) {
     ShowMessage(FailureText({{pKlipraMac->WhyUncuttable(), file.path}}));
     window.raise();
     window.activateWindow();
+    if (!pKlipraMac->BeginSession(SessionJournal::Folder())) {
+        ShowFailure();
+    }
 }
 
 bool AppDelegate::QueryToTerminate() {

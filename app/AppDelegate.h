@@ -111,6 +111,8 @@ public:
     void AwaitWork(BackgroundWork& work) override;
     void setNeedRefresh(int count) override { needRefresh = count; }
     void refreshHistoryOutlineView(int id) override;
+    void restoringEdits(int done, int count) override;
+    void editsDoNotSurvive() override { m_journalLabel->show(); }
 
     // What the window and the dialogs say.
 
@@ -176,7 +178,8 @@ private:
     ElidedLabel* const m_messageLabel = new ElidedLabel;
     ElidedLabel* const m_readFailureLabel = new ElidedLabel;
     ElidedLabel* const m_waveformLabel = new ElidedLabel;
-    ElidedLabel* const m_outputLabel = new ElidedLabel; // shown where there is no audio output
+    ElidedLabel* const m_outputLabel = new ElidedLabel;  // shown where there is no audio output
+    ElidedLabel* const m_journalLabel = new ElidedLabel; // shown where edits do not survive
 
     /// Ticks that still redraw though nothing plays. Scan thread -> main; no other data hang on it.
     std::atomic<int> needRefresh{0};

@@ -62,6 +62,10 @@ void AppDelegate::AwaitWork(BackgroundWork& work) {
     ShowMessage({});
 }
 
+void AppDelegate::restoringEdits(int done, int count) {
+    m_workText = tr("編集を復元しています… %1/%2").arg(done + 1).arg(count);
+}
+
 void AppDelegate::ShowFailure() {
     const EditFailure& failure = pKlipraMac->GetLastFailure();
     ShowMessage(failure.IsCancelled() ? tr("キャンセルしました") : FailureText(failure));

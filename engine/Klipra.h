@@ -154,6 +154,14 @@ public:
     /// stay, the last of them is current then, and the stream is still the parent's. One that is
     /// cancelled leaves no piece behind.
     bool Split();
+    /// Makes an entry as an earlier session has made it; loads the parent unless its stream is
+    /// there, and makes the new entry current, but does not load it. Where something is missing or
+    /// the edit fails, nothing is made; but for a file that cannot be loaded that is not shown.
+    /// @param marks  the parent's cut positions when it was edited
+    /// @param range  of the edit; see HistoryItem
+    /// @param piece  what the label adds to the parent's
+    bool RepeatEdit(int parentId, EditKind edit, const CutPositions& marks,
+                    const CutPositions& range, int piece);
     /// Writes the range of the cut positions to a file that the person names, or to the one that a
     /// link named leads to. A file that an entry uses is refused, and a link that leads nowhere.
     void SaveRange();
@@ -250,6 +258,8 @@ protected:
 private:
     bool HasRoom(double bytes, const std::string& target);
     void ReportFailure();
+    bool ExecuteEdit(EditKind edit, const std::string& source, const std::string& target,
+                     const CutPositions& range);
     void AbandonSplit(int parentId);
     void PushEdit(EditKind edit, const CutPositions& range, const std::string& name,
                   const std::string& path, int parentId);
@@ -264,6 +274,7 @@ private:
 
     std::string m_lastOutput;
     bool m_isForGood = false;         // what CutExec writes is to outlast a power cut
+    int m_loadedId = 0;               // the entry whose stream is there
     EditKind m_edit = EditKind::None; // under way
     CutPositions m_editRange;         // of the entry that it makes next
 

@@ -52,6 +52,34 @@ bool Klipra::Cut(bool keep) {
     return true;
 }
 
+bool Klipra::ExecuteEdit(EditKind edit, const std::string& source, const std::string& target,
+                         const CutPositions& range) {
+    // The last piece of a split is what a removal of everything before it leaves: of a WAV all to
+    // the end of the file, wherever the stream's length falls; of an MP3, as every removal does,
+    // also a frame at the beginning and not the last frame.
+    return edit == EditKind::Split && range.end == kUnsetPosition
+               ? CutExec(false, source, target, 0, range.start)
+               : CutExec(edit != EditKind::Remove, source, target, range.start, range.end);
+}
+
+bool Klipra::RepeatEdit(int parentId, EditKind edit, const CutPositions& marks,
+                        const CutPositions& range, int piece) {
+    const HistoryItem* const parent = FindHistoryItem(parentId);
+    if (parent == nullptr || m_isBusy || (m_loadedId != parentId && !LoadPlayFile(parentId))) {
+        return false;
+    }
+    const Busy busy(m_isBusy, m_lastFailure);
+    const std::string name =
+        parent->name.substr(0, parent->name.find(' ')) + "-" + std::to_string(piece);
+    const std::string target = MakeTargetPath(Suffix(name));
+    if (!ExecuteEdit(edit, parent->path, target, range)) {
+        return false;
+    }
+    FindHistoryItem(parentId)->cutPositions = marks;
+    PushEdit(edit, range, name, target, parentId);
+    return true;
+}
+
 void Klipra::PushEdit(EditKind edit, const CutPositions& range, const std::string& name,
                       const std::string& path, int parentId) {
     m_edit = edit;
@@ -86,13 +114,9 @@ bool Klipra::Split() {
     for (std::size_t i = 0; i < points.size(); ++i) {
         const std::string name = base + std::to_string(i + 1);
         const std::string target = MakeTargetPath(Suffix(name));
-        // The last piece is what a removal of everything before it leaves: of a WAV all to the end
-        // of the file, wherever the stream's length falls; of an MP3, as every removal does, also
-        // a frame at the beginning and not the last frame.
         const bool isLast = i + 1 == points.size();
         const CutPositions range = {points[i], isLast ? kUnsetPosition : points[i + 1]};
-        if (!(isLast ? CutExec(false, source, target, 0, range.start)
-                     : CutExec(true, source, target, range.start, range.end))) {
+        if (!ExecuteEdit(EditKind::Split, source, target, range)) {
             AbandonSplit(parentId);
             return false;
         }

@@ -46,7 +46,7 @@ bool Klipra::LoadPlayFile(int id) {
         BASS_StreamFree(channel);
         channel = 0;
     }
-    currentHistoryId = id;
+    currentHistoryId = m_loadedId = id;
     cutPositions = item->cutPositions;
     channel = OpenPlaybackStream(item->path);
     if (channel == 0) {

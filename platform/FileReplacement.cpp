@@ -1,5 +1,6 @@
 #include "platform/FileReplacement.h"
 
+#include "platform/OwnFiles.h"
 #include "platform/RegularFile.h"
 #include "platform/SyncFiles.h"
 #include "platform/SystemError.h"
@@ -10,6 +11,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <random>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -23,6 +25,18 @@ constexpr int kAttempts = 100;
 constexpr int kMostDescriptors = 64;
 std::atomic<int> descriptorsKept{0};
 
+constexpr std::string_view kHidden = ".klipra-";
+
+/// Whether a name is one that HiddenNameBeside gives: two numbers. A file that has stepped aside
+/// for another ("-old") is whole, and a person's.
+bool IsHiddenName(const std::string& name) {
+    const std::string digits = "0123456789";
+    const std::size_t middle = name.find('-', kHidden.size());
+    return name.starts_with(kHidden) && middle != std::string::npos && middle > kHidden.size() &&
+           middle + 1 < name.size() && name.find_first_not_of(digits, kHidden.size()) == middle &&
+           name.find_first_not_of(digits, middle + 1) == std::string::npos;
+}
+
 mode_t PermissionsLike(const std::string& source) {
     struct stat status {};
     return stat(source.c_str(), &status) == 0 ? status.st_mode & kMostPermissions
@@ -32,13 +46,20 @@ mode_t PermissionsLike(const std::string& source) {
 } // namespace
 
 std::string FileReplacement::HiddenPrefix() {
-    return ".klipra-" + std::to_string(getpid()) + "-";
+    return std::string(kHidden) + std::to_string(getpid()) + "-";
 }
 
 std::string FileReplacement::HiddenNameBeside(const std::string& target) {
     std::random_device random;
     const std::string name = HiddenPrefix() + std::to_string(random());
     return std::filesystem::path(target).replace_filename(name).string();
+}
+
+void FileReplacement::RemoveAbandoned(const std::string& folder) {
+    const FolderHold hold = FolderHold::Alone(folder);
+    if (hold.IsHeld()) {
+        RemoveOwnFiles(folder, IsHiddenName);
+    }
 }
 
 FileReplacement::FileReplacement(const std::string& target, const std::string& source,
@@ -132,6 +153,7 @@ bool FileReplacement::CreateUnnamed(mode_t permissions) {
 }
 
 void FileReplacement::CreateHidden(mode_t permissions) {
+    RemoveAbandoned(FolderOf(m_target));
     m_hold = FolderHold::Of(FolderOf(m_target));
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         const std::string path = HiddenNameBeside(m_target);

@@ -33,6 +33,10 @@ public:
     /// A name that begins so, for something beside a target; nothing has had it before.
     static std::string HiddenNameBeside(const std::string& target);
 
+    /// Removes the hidden files of this user that dead processes have left in a folder. Nothing
+    /// where it is held: then one that lives may be among those that made them.
+    static void RemoveAbandoned(const std::string& folder);
+
     /// Makes the new file, empty, with the target's permissions where there is a target, otherwise
     /// with those of the source, so that what is made of a private file is private.
     /// Fails, see GetError, when the target exists but is no regular file or not writable, or when

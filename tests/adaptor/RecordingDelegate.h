@@ -35,6 +35,9 @@ public:
         work.Wait();
     }
 
+    void editsDoNotSurvive() override { ++timesTold; }
+    int timesTold = 0; ///< that edits do not survive
+
     std::function<void(BackgroundWork&)> onWork = [](BackgroundWork&) {};
 
     void AwaitScan() const { m_needRefresh.wait(KlipraMac::kRefreshWhileScanning); }

@@ -195,7 +195,8 @@ TEST(ProgramFaults, ToldToEndWhileItScansItLeavesNothing) {
     fs::resize_file(path, kBytes);
     // It is told when it has read 100 MB, and has something to delete.
     const std::string script =
-        "QT_QPA_PLATFORM=offscreen SDL_AUDIODRIVER=dummy " KLIPRA_PROGRAM " " + path +
+        "XDG_STATE_HOME=" + folder.Path("state") +
+        " QT_QPA_PLATFORM=offscreen SDL_AUDIODRIVER=dummy " KLIPRA_PROGRAM " " + path +
         " & edit=/tmp/orvane.Klipra-$!-1.wav; echo >$edit; "
         "while grep -q 'rchar: .\\{,8\\}$' /proc/$!/io; do :; done; "
         "kill $!; wait $! && ! test -e $edit";
