@@ -76,6 +76,12 @@ void AppDelegate::SetUpStrip() {
     dark.setColor(QPalette::Button, QColor(0x3A, 0x3D, 0x40));
     m_ui->waveScrollArea->setPalette(dark);
     m_ui->waveScrollArea->SetStrip(m_ui->waveView);
+    m_stripSurroundings =
+        new StripSurroundings(m_ui->waveScrollArea, m_ui->waveView, m_ui->mainLayout);
+    m_navigator = std::make_unique<StripNavigator>(*m_ui);
+    connect(m_navigator.get(), &StripNavigator::positionDidMove, this, &AppDelegate::ShowPosition);
+    connect(m_ui->waveView, &WaveView::positionDidMove, this, &AppDelegate::Redraw);
+    connect(m_ui->waveView, &WaveView::marksDidChange, this, &AppDelegate::MarksDidChange);
     m_ui->mainView->setFocus();
 }
 
@@ -129,6 +135,7 @@ void AppDelegate::OpenFile(const LaunchFile& file) {
     pKlipraMac->SetWaveSize(width);
     pKlipraMac->SetDrawSize(width);
     m_ui->waveView->pKlipraMac = pKlipraMac.get();
+    m_navigator->SetEngine(pKlipraMac.get());
 
     pKlipraMac->PushHistory("# " + name, file.path, true, 0);
     pKlipraMac->LoadPlayFile();
@@ -175,6 +182,7 @@ void AppDelegate::applicationWillTerminate() {
     m_historyOutline.reset();
     m_ui->mainView->setDelegate(nullptr);
     m_ui->waveView->pKlipraMac = nullptr;
+    m_navigator->SetEngine(nullptr);
     pKlipraMac.reset();
     QCoreApplication::removePostedEvents(this); // what the engine's threads still had to say
 }

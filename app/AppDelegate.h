@@ -8,6 +8,8 @@
 #include "app/LaunchCheck.h"
 #include "app/MainViewForKeyHandle.h"
 #include "app/PreferenceFields.h"
+#include "app/StripNavigator.h"
+#include "app/StripSurroundings.h"
 #include "app/WorkWatch.h"
 
 #include <QMainWindow>
@@ -143,6 +145,7 @@ private:
     void RequestRefresh();
     void onTick();
     void Redraw();
+    void MarksDidChange();
     void ShowPosition();
     void ShowStatus();
     /// How much of the current entry's levels is known, 0 to 1.
@@ -165,11 +168,13 @@ private:
     std::unique_ptr<HistoryOutline> m_historyOutline;
     std::unique_ptr<KlipraMac> pKlipraMac;
     std::unique_ptr<GoWindowController> goWindowController; // the last one opened
-    QTimer myTimer;                                         // of the refresh
-    WorkWatch* m_workWatch = nullptr;                       // the window's
-    QShortcut* m_escape = nullptr;                          // abandons the pending search
-    bool m_isSearchPending = false;                         // until the levels are known
-    QString m_workText;                                     // what the command under way does
+    StripSurroundings* m_stripSurroundings = nullptr;       // the window's
+    std::unique_ptr<StripNavigator> m_navigator;
+    QTimer myTimer;                   // of the refresh
+    WorkWatch* m_workWatch = nullptr; // the window's
+    QShortcut* m_escape = nullptr;    // abandons the pending search
+    bool m_isSearchPending = false;   // until the levels are known
+    QString m_workText;               // what the command under way does
 
     // In the status bar, which owns them.
     ElidedLabel* const m_fileLabel = new ElidedLabel;

@@ -106,15 +106,13 @@ void AppDelegate::LastBtnClick(QObject* /*sender*/) {
 
 void AppDelegate::SetStartBtnClick(QObject* /*sender*/) {
     pKlipraMac->SetStartPosition();
-    EnableCutButton();
-    Redraw();
+    MarksDidChange();
     RequestRefresh();
 }
 
 void AppDelegate::SetEndBtnClick(QObject* /*sender*/) {
     pKlipraMac->SetEndPosition();
-    EnableCutButton();
-    Redraw();
+    MarksDidChange();
     RequestRefresh();
 }
 

@@ -43,7 +43,13 @@ void AppDelegate::RequestRefresh() {
 
 void AppDelegate::Redraw() {
     m_ui->waveView->display();
+    m_stripSurroundings->Refresh();
     ShowStatus();
+}
+
+void AppDelegate::MarksDidChange() {
+    EnableCutButton();
+    Redraw();
 }
 
 void AppDelegate::ShowPosition() {

@@ -36,10 +36,15 @@ void WaveScrollArea::changeEvent(QEvent* event) {
 void WaveScrollArea::SetStrip(WaveView* strip) {
     m_strip = strip;
     connect(strip, &WaveView::layoutWillChange, this,
-            [this] { m_seenAt = m_strip->GetPositionColumn() - horizontalScrollBar()->value(); });
+            [this] { m_seenAt = m_strip->GetAnchorColumn() - horizontalScrollBar()->value(); });
     connect(strip, &WaveView::layoutDidChange, this, [this] {
         horizontalScrollBar()->setValue(
-            WaveScroll::Keep(m_seenAt, m_strip->GetPositionColumn(), viewport()->width()));
+            WaveScroll::Keep(m_seenAt, m_strip->GetAnchorColumn(), viewport()->width()));
+    });
+    connect(strip, &WaveView::draggedTo, this,
+            [this](int column) { ensureVisible(column, 0, 0, 0); });
+    connect(strip, &WaveView::scrollRequested, this, [this](int pixels) {
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() + pixels);
     });
 }
 

@@ -2,6 +2,8 @@
 
 #include "adaptor/KlipraMac.h"
 #include "app/KeyCodes.h"
+#include "app/MarkerColor.h"
+#include "app/SceneStretch.h"
 
 #include <QEvent>
 #include <QMouseEvent>
@@ -11,21 +13,13 @@
 #include <chrono>
 #include <cmath>
 
-namespace {
-
-QColor ColorOf(std::uint32_t color) {
-    return {static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
-            static_cast<int>(color >> 16 & 0xFF)};
-}
-
-} // namespace
-
 WaveView::WaveView(QWidget* parent) : QWidget(parent) {
     constexpr std::chrono::milliseconds kResizeEnd{150};
     m_resizeEnd.setSingleShot(true);
     m_resizeEnd.setInterval(kResizeEnd);
     m_resizeEnd.callOnTimeout(this, &WaveView::viewDidEndLiveResize);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true); // the pointer tells where a mark can be caught
 }
 
 void WaveView::setWaveSize(int width) {
@@ -48,10 +42,35 @@ int WaveView::ColumnOf(unsigned long long position) const {
     return static_cast<int>(std::min(MarkerColumn(position, pKlipraMac->bytesPerPixel), last));
 }
 
+bool WaveView::HasImage() const {
+    return pKlipraMac != nullptr && pKlipraMac->channel != 0 && pKlipraMac->bytesPerPixel != 0;
+}
+
 int WaveView::GetPositionColumn() const {
-    const bool hasPosition =
-        pKlipraMac != nullptr && pKlipraMac->channel != 0 && pKlipraMac->bytesPerPixel != 0;
-    return hasPosition ? ColumnOf(pKlipraMac->GetCurrentPosition()) : 0;
+    return HasImage() ? ColumnOf(pKlipraMac->GetCurrentPosition()) : 0;
+}
+
+int WaveView::GetAnchorColumn() const {
+    return HasImage() && m_pinned ? ColumnOf(*m_pinned) : GetPositionColumn();
+}
+
+std::optional<int> WaveView::MarkColumn(unsigned long long position) const {
+    return position == kUnsetPosition ? std::nullopt : std::optional(ColumnOf(position));
+}
+
+std::optional<int> WaveView::GetStartColumn() const {
+    return HasImage() ? MarkColumn(pKlipraMac->GetStartPosition()) : std::nullopt;
+}
+
+std::optional<int> WaveView::GetEndColumn() const {
+    return HasImage() ? MarkColumn(pKlipraMac->GetEndPosition()) : std::nullopt;
+}
+
+unsigned long long WaveView::PositionAt(double x) const {
+    const double position = std::max(x, 0.0) * pKlipraMac->bytesPerPixel;
+    const auto length = static_cast<double>(pKlipraMac->length);
+    return pKlipraMac->SampleFrameAt(position < length ? static_cast<unsigned long long>(position)
+                                                       : pKlipraMac->length);
 }
 
 void WaveView::paintEvent(QPaintEvent* event) {
@@ -62,6 +81,7 @@ void WaveView::paintEvent(QPaintEvent* event) {
         return;
     }
     DrawWave(painter, visible);
+    DrawRange(painter, visible);
     QFont labelFont = font();
     constexpr int kLabelPixels = 14;
     labelFont.setPixelSize(kLabelPixels);
@@ -91,6 +111,16 @@ void WaveView::DrawWave(QPainter& painter, const QRect& visible) const {
     painter.drawImage(part, columns, QRect(0, part.top(), part.width(), part.height()));
 }
 
+void WaveView::DrawRange(QPainter& painter, const QRect& visible) const {
+    const std::optional<int> start = GetStartColumn();
+    const std::optional<int> end = GetEndColumn();
+    if (start && end) {
+        const auto [first, last] = std::minmax(*start, *end);
+        const QColor tint(90, 150, 255, 64);
+        painter.fillRect(visible & QRect(first, 0, last - first, waveHeight), tint);
+    }
+}
+
 void WaveView::DrawTimeLine(QPainter& painter, unsigned long long position,
                             const MarkerStyle& style) const {
     const int column = ColumnOf(position);
@@ -98,7 +128,7 @@ void WaveView::DrawTimeLine(QPainter& painter, unsigned long long position,
         static_cast<std::uint32_t>(pKlipraMac->PositionToMilliSeconds(position));
     const QString label = QString::fromStdString(TimeLabel(milliseconds));
     const QSize labelSize = painter.fontMetrics().size(Qt::TextSingleLine, label);
-    const QColor color = ColorOf(style.color);
+    const QColor color = MarkerColor(style);
     painter.fillRect(column, 0, 1, waveHeight, color);
     painter.setPen(color);
     painter.drawText(
@@ -115,20 +145,85 @@ void WaveView::mousePressEvent(QMouseEvent* event) {
     }
     const QPointF point = event->position();
     if (point.y() < waveHeight) {
+        m_gesture.Press(static_cast<int>(point.x()), GetStartColumn(), GetEndColumn());
+        m_pressedAt = PositionAt(point.x());
         const double position = std::max(point.x(), 0.0) * pKlipraMac->bytesPerPixel;
         pKlipraMac->SetCurrentPosition(static_cast<unsigned long long>(position));
+        Q_EMIT positionDidMove();
     }
     display();
 }
 
+void WaveView::mouseMoveEvent(QMouseEvent* event) {
+    if (!HasImage()) {
+        return;
+    }
+    const auto column = static_cast<int>(std::floor(event->position().x()));
+    if (!m_gesture.IsPressed()) {
+        const auto caught = CatchMark(column, GetStartColumn(), GetEndColumn());
+        setCursor(caught == StripGesture::Drag::Range ? Qt::ArrowCursor : Qt::SizeHorCursor);
+        return;
+    }
+    const StripGesture::Drag what = m_gesture.Move(column);
+    if (what != StripGesture::Drag::None) {
+        Drag(what, PositionAt(event->position().x()));
+        Q_EMIT draggedTo(std::clamp(column, 0, std::max(waveWidth - 1, 0)));
+    }
+}
+
+void WaveView::Drag(StripGesture::Drag what, unsigned long long position) {
+    CutPositions& marks = pKlipraMac->cutPositions;
+    if (what == StripGesture::Drag::Range) {
+        marks = {m_pressedAt, position};
+    } else {
+        (what == StripGesture::Drag::Start ? marks.start : marks.end) = position;
+        pKlipraMac->SetCurrentPosition(position);
+        Q_EMIT positionDidMove();
+    }
+    Q_EMIT marksDidChange();
+}
+
+void WaveView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        m_gesture.Release();
+    }
+}
+
+void WaveView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !HasImage() || event->position().y() >= waveHeight) {
+        event->ignore();
+        return;
+    }
+    pKlipraMac->cutPositions = StretchAround(PositionAt(event->position().x()),
+                                             pKlipraMac->sceneChangePositions, pKlipraMac->length);
+    Q_EMIT marksDidChange();
+}
+
 void WaveView::wheelEvent(QWheelEvent* event) {
     constexpr double kUnitsANotch = 120.0;
-    constexpr double kZoomANotch = 3.0; // three notches are about as fine as ten times the zoom
-    if (event->angleDelta().y() == 0 || pKlipraMac == nullptr) {
+    // Some systems turn the wheel sideways themselves while Shift is held.
+    const bool isScroll = event->modifiers().testFlag(Qt::ShiftModifier);
+    const int turned = isScroll && event->angleDelta().y() == 0 ? event->angleDelta().x()
+                                                                : event->angleDelta().y();
+    if (turned == 0 || pKlipraMac == nullptr) {
         event->ignore(); // a sideways wheel scrolls
         return;
     }
-    m_wheelRest += event->angleDelta().y() / kUnitsANotch * kZoomANotch;
+    if (isScroll) {
+        constexpr double kPixelsANotch = 80.0;
+        Q_EMIT scrollRequested(static_cast<int>(-turned / kUnitsANotch * kPixelsANotch));
+        return;
+    }
+    if (event->modifiers().testFlag(Qt::ControlModifier) && HasImage()) {
+        m_pinned = PositionAt(event->position().x());
+    }
+    ZoomBy(turned / kUnitsANotch);
+    m_pinned.reset();
+}
+
+void WaveView::ZoomBy(double notches) {
+    constexpr double kZoomANotch = 3.0; // three notches are about as fine as ten times the zoom
+    m_wheelRest += notches * kZoomANotch;
     const double delta = std::trunc(m_wheelRest);
     m_wheelRest -= delta;
     pKlipraMac->ZoomDelta(static_cast<int>(delta));

@@ -134,6 +134,8 @@ public:
     bool SetCurrentPositionInSeconds(double seconds);
     /// Truncated to whole milliseconds.
     long long PositionToMilliSeconds(unsigned long long position) const;
+    /// Where the sample frame that a position falls into begins; all bits set without a stream.
+    unsigned long long SampleFrameAt(unsigned long long position) const;
     unsigned long long SetStartPosition(); ///< to the current position, which is returned
     unsigned long long SetEndPosition();   ///< to the current position, which is returned
     /// All bits set when unset, as is the end.

@@ -4,23 +4,17 @@
 #include <algorithm>
 #include <cmath>
 
-namespace {
-
-// Where the sample frame that a position falls into begins.
-QWORD SampleFramePosition(DWORD stream, QWORD position) {
-    return BASS_ChannelSeconds2Bytes(stream, BASS_ChannelBytes2Seconds(stream, position));
+unsigned long long Klipra::SampleFrameAt(unsigned long long position) const {
+    return BASS_ChannelSeconds2Bytes(channel, BASS_ChannelBytes2Seconds(channel, position));
 }
-
-} // namespace
 
 bool Klipra::MovePositionNext() {
     const unsigned long long current = GetCurrentPosition();
     // The middle of a stretch may fall inside a sample frame, and the stream then stands at that
     // frame's beginning: compared as it is, the same position would be the next one forever.
     const auto next = std::partition_point(
-        sceneChangePositions.begin(), sceneChangePositions.end(), [&](unsigned long long position) {
-            return SampleFramePosition(channel, position) <= current;
-        });
+        sceneChangePositions.begin(), sceneChangePositions.end(),
+        [&](unsigned long long position) { return SampleFrameAt(position) <= current; });
     if (next == sceneChangePositions.end()) {
         return false;
     }

@@ -34,6 +34,14 @@ TEST(WaveView, ColumnsMarkPositions) {
         program.Engine().SetCurrentPosition(current);
         QImage expected(width, 1, QImage::Format_RGB32);
         expected.fill(Qt::black);
+        if (marked.start != kUnsetPosition && marked.end != kUnsetPosition) {
+            const auto [first, last] = std::minmax(marked.start, marked.end);
+            const int left = static_cast<int>(first / program.Engine().bytesPerPixel);
+            const int right = static_cast<int>(last / program.Engine().bytesPerPixel);
+            const QColor tint = Paint(strip, {(left + right) / 2, 200, 1, 1}).pixelColor(0, 0);
+            QPainter(&expected).fillRect(left, 0, right - left, 1, tint);
+            EXPECT_EQ(right - left > 2, tint != QColor(Qt::black) && tint.blue() > tint.red());
+        }
         for (const auto& [x, color] : pixels) {
             expected.setPixel(x, 0, color);
         }
