@@ -30,6 +30,8 @@ struct Program {
     explicit Program(const std::string& bytes = Wav(Song()), const std::string& name = "a song.wav")
         : path(folder.Write(name, bytes)) {
         delegate.applicationDidFinishLaunching({"klipra", path});
+        // Before the window is active, no key is a command.
+        EXPECT_TRUE(QTest::qWaitForWindowActive(delegate.GetWindow()));
         AwaitScan();
     }
 
