@@ -1,8 +1,8 @@
-#include "adaptor/SessionJournal.h"
 #include "adaptor/TemporaryFiles.h"
 #include "platform/FileReplacement.h"
+#include "platform/LockFile.h"
 #include "platform/SyncFiles.h"
-#include "tests/adaptor/RecordingDelegate.h"
+#include "tests/adaptor/SessionWindow.h"
 #include "tests/support/AlertRecorder.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/Mp3Builder.h"
@@ -20,46 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-/// A window's engine on a file that others may have open too.
-struct Window {
-    Window(const std::string& path, const std::string& journals, FormatType format)
-        : adaptor(&delegate, format, path, KlipraMac::Sound::Silent) {
-        delegate.adaptor = &adaptor;
-        adaptor.PushHistory("# " + Klipra::ExtractFilename(path), path, true, 0);
-        adaptor.LoadPlayFile();
-        delegate.onWork = onWork;
-        isRestored = adaptor.BeginSession(journals);
-    }
-
-    /// The tree with all that a person can see of it, and the bytes of its files.
-    std::string Describe() {
-        std::string text;
-        for (const HistoryItem& item : adaptor.histories) {
-            if (HistoryTreeItem* const node = adaptor.FindHistoryTreeItem(item.id)) {
-                const HistoryItem* const parent = adaptor.FindHistoryItem(item.parentId);
-                text.append(item.name).append("|").append(parent == nullptr ? "" : parent->name);
-                text.append(item.saved ? "|saved|" : "||");
-                for (const auto number : {item.cutPositions.start, item.cutPositions.end,
-                                          static_cast<unsigned long long>(node->children.size())}) {
-                    text.append(std::to_string(number)).append("|");
-                }
-                text.append(TemporaryFolder::Read(item.path)).append("\n");
-            }
-        }
-        return text;
-    }
-
-    bool Cut(unsigned long long start, unsigned long long end) {
-        adaptor.cutPositions = {start, end};
-        return adaptor.Cut(false);
-    }
-
-    inline static std::function<void(BackgroundWork&)> onWork = [](BackgroundWork&) {};
-    RecordingDelegate delegate;
-    KlipraMac adaptor;
-    bool isRestored;
-};
-
 class Sessions : public testing::Test {
 protected:
     explicit Sessions(FormatType format = FormatType::WAV)
@@ -68,19 +28,19 @@ protected:
                                               ? Wav(Samples(80'000, 77))
                                               : Mp3Builder().Frames(400).Bytes())) {}
     ~Sessions() override {
-        Window::onWork = [](BackgroundWork&) {};
+        SessionWindow::onWork = [](BackgroundWork&) {};
     }
 
     /// What a window does that then is killed, in a process of its own.
     /// @return what was left of its state: the work's result
-    std::string Die(const std::function<std::string(Window&)>& work, int answer = -1) {
+    std::string Die(const std::function<std::string(SessionWindow&)>& work, int answer = -1) {
         const std::string result = m_folder.Path("result");
         const pid_t child = fork();
         if (child == 0) {
             AlertRecorder person;
             person.choice = answer;
             person.answer = m_folder.Path("saved");
-            Window window(m_path, m_journals, m_format);
+            SessionWindow window(m_path, m_journals, m_format);
             m_folder.Write("result", work(window));
             raise(SIGKILL);
         }
@@ -89,7 +49,7 @@ protected:
     }
     std::string DieAfterCuts(int count, int answer = -1) {
         return Die(
-            [=](Window& window) {
+            [=](SessionWindow& window) {
                 for (int i = 0; i < count; ++i) {
                     EXPECT_TRUE(window.Cut(16'000, 32'000));
                 }
@@ -99,10 +59,10 @@ protected:
     }
 
     /// A window that is asked and gets this answer.
-    std::unique_ptr<Window> Start(int answer) {
+    std::unique_ptr<SessionWindow> Start(int answer) {
         m_person.texts.clear();
         m_person.choice = answer;
-        return std::make_unique<Window>(m_path, m_journals, m_format);
+        return std::make_unique<SessionWindow>(m_path, m_journals, m_format);
     }
     bool WasAsked() const { return m_person.texts == "前回の編集が残っています。復元しますか。"; }
 
@@ -129,27 +89,10 @@ protected:
 };
 
 TEST_P(AnySession, ComesBackWithEveryEntryMarkAndByte) {
-    const std::string before = Die([](Window& window) {
+    const std::string before = Die([](SessionWindow& window) {
         std::mt19937 random(static_cast<unsigned int>(GetParam()));
-        KlipraMac& adaptor = window.adaptor;
-        const auto position = [&] { return adaptor.length / 20 * (random() % 21); };
-        for (int i = 0; i < 25; ++i) {
-            const std::vector<int> ids = adaptor.FindHistoryTreeItem(1)->GetIds();
-            adaptor.SelectHistory(ids[random() % ids.size()]);
-            adaptor.cutPositions = {position(), random() % 5 == 0 ? kUnsetPosition : position()};
-            std::string path;
-            switch (random() % 4) {
-            case 0:
-                adaptor.Split();
-                break;
-            case 1:
-                if (adaptor.Save(path)) {
-                    adaptor.UpdateHistoryItem(path);
-                }
-                break;
-            default:
-                adaptor.Cut(random() % 2 == 0);
-            }
+        for (int i = 0; i < 30; ++i) {
+            window.EditSomehow(random);
         }
         return window.Describe();
     });
@@ -200,17 +143,17 @@ TEST_F(Sessions, OfLivingWindowsAreTheirOwnAndEachOfTheDeadIsOffered) {
 TEST_F(Sessions, KilledWhileTheyAreRestoredAreWholeTheNextTime) {
     const std::string before = DieAfterCuts(4);
     for (const int last : {1, 2, 4}) {
-        Window::onWork = [works = 0, last](BackgroundWork&) mutable {
+        SessionWindow::onWork = [works = 0, last](BackgroundWork&) mutable {
             if (++works == last) {
                 raise(SIGKILL);
             }
         };
-        Die([](Window&) { return ""; }, 1);
+        Die([](SessionWindow&) { return ""; }, 1);
         EXPECT_EQ(Journals().size(), 1U);
     }
-    Window::onWork = [](BackgroundWork&) {};
+    SessionWindow::onWork = [](BackgroundWork&) {};
     EXPECT_EQ(Start(1)->Describe(), before);
-    Window::onWork = [works = 0](BackgroundWork& work) mutable {
+    SessionWindow::onWork = [works = 0](BackgroundWork& work) mutable {
         if (++works == 3) {
             work.Cancel();
         }
@@ -276,7 +219,7 @@ TEST_F(Sessions, ThatAreNotAsTheyWereWrittenAreNeverOffered) {
 }
 
 TEST_F(Sessions, KeepWhatCameBeforeAStepThatFails) {
-    const std::string before = Die([](Window& window) {
+    const std::string before = Die([](SessionWindow& window) {
         window.adaptor.cutPositions = {16'000, 32'000};
         EXPECT_TRUE(window.adaptor.Split());
         return window.Describe();
