@@ -7,8 +7,7 @@
 /// What decoding has to know of an MPEG audio frame's four header bytes (ISO/IEC 11172-3, 13818-3
 /// and the 2.5 extension).
 ///
-/// Refuses what the cutters' parser refuses too, free format included, so that what can be heard
-/// can be cut.
+/// Refuses what the cutters' parser refuses too, free format included: both go by the same tables.
 struct FrameHeader {
     static constexpr std::size_t kBytes = 4;
     static constexpr std::size_t kMaxBytes = 2881; ///< of a whole frame

@@ -1,12 +1,8 @@
 #include "audio/FrameWalker.h"
 
+#include "bitstream/FrameFacts.h"
+
 #include <algorithm>
-
-namespace {
-
-constexpr std::int64_t kToleranceBytes = 3;
-
-} // namespace
 
 FrameWalker::FrameWalker(FileWindow& window, const MpegStream& stream)
     : m_window(window), m_stream(stream), m_next(stream.beginBytes) {
@@ -43,7 +39,7 @@ bool FrameWalker::Take(std::int64_t offset) {
 }
 
 bool FrameWalker::TakeNear(std::int64_t expected) {
-    for (std::int64_t distance = 1; distance <= kToleranceBytes; ++distance) {
+    for (std::int64_t distance = 1; distance <= bitstream::kNearBytes; ++distance) {
         if (Take(expected + distance) || Take(expected - distance)) {
             return true;
         }
@@ -54,8 +50,8 @@ bool FrameWalker::TakeNear(std::int64_t expected) {
 /// Takes the first frame ahead that is followed by another one or by the stream's end: anything
 /// else may be bytes that only look like a header.
 bool FrameWalker::Search(std::int64_t expected) {
-    const std::int64_t begin = expected + kToleranceBytes + 1;
-    const std::int64_t limit = std::min(expected + MpegStream::kSearchBytes, m_stream.endBytes);
+    const std::int64_t begin = expected + bitstream::kNearBytes + 1;
+    const std::int64_t limit = std::min(expected + bitstream::kSearchBytes, m_stream.endBytes);
     for (std::int64_t offset = begin; offset <= limit; ++offset) {
         if (Take(offset) && IsFollowed(m_window, m_stream, offset, m_header)) {
             return true;

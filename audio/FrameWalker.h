@@ -19,7 +19,7 @@ public:
 
     /// Steps to the next frame.
     /// @return false at the end: the frames stop, or the next is cut short, or none lies within
-    ///         MpegStream::kSearchBytes. Further steps then fail too.
+    ///         bitstream::kSearchBytes. Further steps then fail too.
     bool Next();
 
     /// Of the current frame.

@@ -8,10 +8,6 @@
 
 /// Where the MPEG audio of a file lies, and what every frame of it has in common.
 struct MpegStream {
-    /// No search for a frame goes further than this beyond where one should be; the cutters' parser
-    /// goes as far.
-    static constexpr std::int64_t kSearchBytes = 32768;
-
     FrameHeader first;           ///< the first frame's, a VBR header frame included
     std::int64_t beginBytes = 0; ///< offset of the first frame that is decoded
     std::int64_t endBytes = 0;   ///< offset of the trailing tags, or the file's size
@@ -19,7 +15,7 @@ struct MpegStream {
 
 /// Finds the audio: leaves out the tags at both ends, finds the first frame and steps over it when
 /// it is a Xing, Info or VBRI header.
-/// @return nothing when no frame begins within kSearchBytes after the leading tags
+/// @return nothing when no frame begins within bitstream::kSearchBytes after the leading tags
 std::optional<MpegStream> FindMpegStream(FileWindow& window);
 
 /// The header at an offset, if a frame of the stream begins there; it may be cut short.

@@ -78,6 +78,15 @@ inline constexpr bool kAllowedModes[15][2] = {
 };
 // clang-format on
 
+/// Bytes: how far from where a frame should be it is looked for. Near by, for an encoder may have
+/// set a wrong padding bit; then, over garbage, further on.
+inline constexpr unsigned int kNearBytes = 3;
+inline constexpr unsigned int kSearchBytes = 32768;
+
+/// Where the VBRI header of a stream stands in its first frame; Xing and Info stand behind the side
+/// information. Neither place depends on a check word.
+inline constexpr unsigned int kVBRIOffset = 36;
+
 /// Whether the bytes can be a header. Free format is one, but its length is unknown from here.
 enum class HeaderState { Sound, Corrupt, FreeFormat };
 

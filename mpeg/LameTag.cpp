@@ -1,6 +1,6 @@
 #include "mpeg/LameTag.h"
 
-#include "mpeg/MPAStream.h"
+#include "mpeg/StreamReader.h"
 
 #include <iterator>
 
@@ -30,15 +30,15 @@ const char* const CLAMETag::m_szVBRInfo[10] = {
 
 CLAMETag* CLAMETag::FindTag(CMPAStream* stream, bool appended, long long begin, long long /*end*/) {
     const long long offset = begin + kOffsetInHeader;
-    return ReadText(stream, offset, kEncoderSize, false).starts_with("LAME")
+    return StreamReader(stream, false)(offset, kEncoderSize).starts_with("LAME")
                ? new CLAMETag(stream, appended, offset)
                : nullptr;
 }
 
 CLAMETag::CLAMETag(CMPAStream* stream, bool appended, long long offset)
     : CTag(stream, "LAME", appended, offset),
-      m_encoder(ReadText(stream, offset, kSimpleTagSize, false)) {
-    m_version = ParseDecimal(m_encoder.substr(kVersionOffset, kVersionSize));
+      m_encoder(StreamReader(stream, false)(offset, kSimpleTagSize)) {
+    m_version = bitstream::ParseDecimal(m_encoder.substr(kVersionOffset, kVersionSize));
     m_isSimpleTag = m_version < kFirstFullVersion;
     if (m_isSimpleTag) {
         return;

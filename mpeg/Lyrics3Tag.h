@@ -14,8 +14,4 @@ public:
     CLyrics3Tag(const CLyrics3Tag&) = delete;
     CLyrics3Tag& operator=(const CLyrics3Tag&) = delete;
     ~CLyrics3Tag() override;
-
-private:
-    static long ReadStoredSize(CMPAStream* stream, long long markerOffset);
-    static long long FindBegin(CMPAStream* stream, long long markerOffset);
 };

@@ -15,6 +15,9 @@ bool IsCandidate(const unsigned char* bytes) {
 
 } // namespace
 
+const unsigned int CMPAHeader::m_dwTolerance = 2 * bitstream::kNearBytes;
+const unsigned int CMPAHeader::m_dwMaxRange = bitstream::kSearchBytes;
+
 CMPAHeader::CMPAHeader(CMPAStream* stream, long long& offset, bool exactOffset, bool reverse,
                        const CMPAHeader* compareHeader) {
     const unsigned int limit = exactOffset ? m_dwTolerance : m_dwMaxRange;

@@ -62,13 +62,13 @@ public:
     static const unsigned int (&m_dwSlotSizes)[3];        ///< bytes, by layer
     static const unsigned int (&m_dwSideInfoSizes)[2][2]; ///< bytes, by LSF, single channel
     static const bool (
-        &m_bAllowedModes)[15][2]; ///< MPEG 1 Layer II, by bitrate index, single channel
-    static const unsigned int m_dwTolerance = 6;    ///< further offsets tried with exactOffset
-    static const unsigned int m_dwMaxRange = 32768; ///< further offsets tried without
-    static const char* const m_szMPEGVersions[4];   ///< by version
-    static const char* const m_szLayers[3];         ///< by layer
-    static const char* const m_szChannelModes[4];   ///< by channel mode
-    static const char* const m_szEmphasis[4];       ///< by emphasis
+        &m_bAllowedModes)[15][2];            ///< MPEG 1 Layer II, by bitrate index, single channel
+    static const unsigned int m_dwTolerance; ///< further offsets tried with exactOffset
+    static const unsigned int m_dwMaxRange;  ///< further offsets tried without
+    static const char* const m_szMPEGVersions[4]; ///< by version
+    static const char* const m_szLayers[3];       ///< by layer
+    static const char* const m_szChannelModes[4]; ///< by channel mode
+    static const char* const m_szEmphasis[4];     ///< by emphasis
 
 private:
     enum ChannelMode : unsigned int { kStereo, kJointStereo, kDualChannel, kSingleChannel };

@@ -14,8 +14,4 @@ public:
     CMusicMatchTag(const CMusicMatchTag&) = delete;
     CMusicMatchTag& operator=(const CMusicMatchTag&) = delete;
     ~CMusicMatchTag() override;
-
-private:
-    static bool HasSectionAt(CMPAStream* stream, long long offset);
-    static unsigned int MeasureMetadata(CMPAStream* stream, long long end);
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 class CMPAStream;
@@ -31,17 +32,11 @@ protected:
     /// version = major + minor / 10 + release / 100
     void SetVersion(unsigned char major, unsigned char minor, unsigned char release);
 
-    /// Whether the text stands at the offset. Throws CMPAException when it cannot be read.
-    static bool HasText(CMPAStream* stream, long long offset, const char* text,
-                        bool reverse = false);
-
-    /// The number that a text begins with, after blanks: digits with a sign and a fraction where
-    /// there are any, 0 where there is none. The same in every locale.
-    static float ParseDecimal(const std::string& text);
-
-    /// Bytes of the file as text. Throws CMPAException when they cannot be read.
-    static std::string ReadText(CMPAStream* stream, long long offset, unsigned int size,
-                                bool reverse);
+    /// Takes the size that was measured. An appended tag's offset, until now that of its footer or
+    /// closing marker, becomes that of its first byte.
+    /// @param bytes        nothing for a damaged tag: throws CMPAEndOfFileException
+    /// @param footerBytes  from there to the tag's end
+    void SetSize(std::optional<long long> bytes, unsigned int footerBytes);
 
     CMPAStream* m_stream;
     long long m_offset;

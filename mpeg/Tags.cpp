@@ -1,5 +1,6 @@
 #include "mpeg/Tags.h"
 
+#include "bitstream/TagSizes.h"
 #include "mpeg/APETag.h"
 #include "mpeg/ID3V1Tag.h"
 #include "mpeg/ID3V2Tag.h"
@@ -9,14 +10,6 @@
 #include "mpeg/MusicMatchTag.h"
 
 #include <algorithm>
-
-namespace {
-
-// No file has more than a handful. One that consists of tiny tags throughout is hostile, and would
-// take many times its size in memory.
-constexpr std::size_t kMostTags = 4096;
-
-} // namespace
 
 const std::array<CTags::Finder, 5> CTags::m_appendedTagFactories = {
     CID3V1Tag::FindTag,   CMusicMatchTag::FindTag, CID3V2Tag::FindTag,
@@ -54,7 +47,7 @@ bool CTags::FindTag(Finder finder, CMPAStream* stream, bool appended) {
     if (!isInside) {
         throw CMPAEndOfFileException(stream->GetFileName());
     }
-    if (m_tags.size() == kMostTags) {
+    if (m_tags.size() == bitstream::kMostTags) {
         throw CMPAException(CMPAException::NoFrameWithinTolerance, stream->GetFileName(), nullptr,
                             false);
     }

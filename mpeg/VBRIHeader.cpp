@@ -1,19 +1,14 @@
 #include "mpeg/VBRIHeader.h"
 
+#include "bitstream/FrameFacts.h"
 #include "mpeg/MPAFrame.h"
 #include "mpeg/MPAStream.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace {
-
-constexpr unsigned int kOffsetInFrame = 36;
-
-} // namespace
-
 CVBRIHeader* CVBRIHeader::FindHeader(const CMPAFrame* frame) {
-    const long long offset = frame->GetOffset() + kOffsetInFrame;
+    const long long offset = frame->GetOffset() + bitstream::kVBRIOffset;
     if (CheckID(frame->GetStream(), offset, 'V', 'B', 'R', 'I')) {
         return new CVBRIHeader(frame, offset);
     }
