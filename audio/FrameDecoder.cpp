@@ -1,5 +1,7 @@
 #include "audio/FrameDecoder.h"
 
+#include "bitstream/SideInfo.h"
+
 #include <mpg123.h>
 
 #include <algorithm>
@@ -100,15 +102,10 @@ void FrameDecoder::FillReservoir(const std::uint8_t* frame, const FrameHeader& h
     // Side information of all zeros says that the granules hold nothing. Only where the main data
     // begin must be told, as far back as there are any: libmpg123 then takes them over.
     m_muted.assign(frame, frame + header.sizeBytes);
-    std::uint8_t* sideInfo = m_muted.data() + FrameHeader::kBytes + (header.crc ? 2 : 0);
+    std::uint8_t* const sideInfo = m_muted.data() + header.SideInfoOffset();
     std::fill_n(sideInfo, header.sideInfoBytes, std::uint8_t{0});
     const std::uint32_t begin = std::min(m_reservoirBytes, header.MaxReservoirBytes());
-    if (header.lowSamplingRate) {
-        sideInfo[0] = static_cast<std::uint8_t>(begin);
-    } else {
-        sideInfo[0] = static_cast<std::uint8_t>(begin >> 1);
-        sideInfo[1] = static_cast<std::uint8_t>(begin << 7);
-    }
+    bitstream::SideInfo::WriteMainDataBegin(sideInfo, header.lowSamplingRate, begin);
     Decode(m_muted.data(), m_muted.size(), m_dropped.data());
     m_reservoirBytes += header.MainDataBytes();
 }

@@ -35,6 +35,11 @@ public:
     /// @param frame  null for a frame that could not be read
     void FillReservoir(const std::uint8_t* frame, const FrameHeader& header);
 
+    /// FillReservoir begins anew: the frames that follow are not those after the last one.
+    void EmptyReservoir() { m_reservoirBytes = 0; }
+    /// How much FillReservoir has kept since.
+    std::uint32_t ReservoirBytes() const { return m_reservoirBytes; }
+
     std::size_t SamplesPerFrame() const { return m_samplesPerFrame; }
 
 private:

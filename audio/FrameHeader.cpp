@@ -1,6 +1,7 @@
 #include "audio/FrameHeader.h"
 
 #include "bitstream/FrameFacts.h"
+#include "bitstream/SideInfo.h"
 
 std::optional<FrameHeader> FrameHeader::Parse(const std::uint8_t* bytes) {
     bitstream::FrameFacts facts;
@@ -22,13 +23,15 @@ std::optional<FrameHeader> FrameHeader::Parse(const std::uint8_t* bytes) {
     return header;
 }
 
+std::uint32_t FrameHeader::SideInfoOffset() const {
+    return static_cast<std::uint32_t>(kBytes) + (crc ? 2 : 0);
+}
+
 std::uint32_t FrameHeader::MainDataBytes() const {
-    const std::uint32_t overhead =
-        static_cast<std::uint32_t>(kBytes) + (crc ? 2 : 0) + sideInfoBytes;
+    const std::uint32_t overhead = SideInfoOffset() + sideInfoBytes;
     return layer == 3 && sizeBytes > overhead ? sizeBytes - overhead : 0;
 }
 
 std::uint32_t FrameHeader::MaxReservoirBytes() const {
-    // main_data_begin has nine bits (11172-3, 2.4.1.7), with low sampling rates eight.
-    return layer != 3 ? 0 : lowSamplingRate ? 255 : 511;
+    return layer == 3 ? bitstream::MaxMainDataBegin(lowSamplingRate) : 0;
 }

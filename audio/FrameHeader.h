@@ -19,6 +19,8 @@ struct FrameHeader {
     /// long and can be decoded one after the other.
     bool SameStream(const FrameHeader& other) const { return streamBits == other.streamBits; }
 
+    /// Of the side information, from the frame's beginning, bytes.
+    std::uint32_t SideInfoOffset() const;
     /// Layer III: how much of the bit reservoir this frame fills; 0 for the other layers.
     std::uint32_t MainDataBytes() const;
     /// How much of it a frame can draw on at most; 0 for the other layers.

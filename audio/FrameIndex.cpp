@@ -16,13 +16,13 @@ public:
 
     /// What the decoder has to be led through before the frame that comes after the ones added.
     FrameIndex::Block Preroll(const FrameHeader& header, std::int64_t nextOffsetBytes) const {
-        constexpr std::int64_t kPhaseFrames = 8;
-        const std::int64_t available = std::min(m_count, kCapacity - kPhaseFrames);
+        const std::int64_t available = std::min(m_count, kCapacity - FrameIndex::kPhaseFrames);
         std::int64_t frames = FrameIndex::kOverlapFrames;
         std::uint32_t filledBytes = 0;
         while (frames < available && filledBytes < header.MaxReservoirBytes()) {
             filledBytes += Back(++frames).mainDataBytes;
         }
+        constexpr std::int64_t kPhaseFrames = FrameIndex::kPhaseFrames;
         frames = std::min((frames + kPhaseFrames - 1) / kPhaseFrames * kPhaseFrames, m_count);
         return {frames > 0 ? Back(frames).offsetBytes : nextOffsetBytes, frames};
     }
@@ -63,6 +63,7 @@ FrameIndex FrameIndex::Build(FileWindow& window, const MpegStream& stream) {
     index.NoteError(window.Error(), index.m_frameCount);
     const bool isInFront = errorInTags && errorInTags->offsetBytes < stream.beginBytes;
     index.NoteError(errorInTags, isInFront ? 0 : index.m_frameCount);
+    index.m_sound = std::make_unique<SoundBlocks>(index.m_blocks.size());
     return index;
 }
 

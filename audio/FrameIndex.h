@@ -2,8 +2,10 @@
 
 #include "audio/MpegStream.h"
 #include "audio/ReadFailures.h"
+#include "audio/SoundBlocks.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -12,12 +14,16 @@
 /// The frames are grouped in blocks, and decoding always begins at the beginning of a block, from a
 /// cleared decoder that is first led through the frames before it on which the block depends. What
 /// a block decodes to is therefore the same whoever decodes it, whatever he decoded before, even
-/// where frames are damaged. Immutable once built.
+/// where frames are damaged. Where none is, decoding may begin inside a block too.
+///
+/// Immutable once built, but for what is learnt of its blocks. Any thread.
 class FrameIndex {
 public:
-    /// A multiple of eight frames: the synthesis filterbank's buffer then stands as it does in an
-    /// uninterrupted decode, so that even the roundings are the same.
-    static constexpr std::int64_t kBlockFrames = 512;
+    /// After so many frames the synthesis filterbank's buffer stands as it did before. Who has led
+    /// the decoder through as many frames, but for multiples of it, as an uninterrupted decode
+    /// would have even gets its roundings.
+    static constexpr std::int64_t kPhaseFrames = 8;
+    static constexpr std::int64_t kBlockFrames = 64 * kPhaseFrames;
 
     /// The hybrid filterbank overlaps by a granule, in MPEG 2 a whole frame, and the synthesis
     /// filterbank reaches back by less than two Layer I frames.
@@ -41,6 +47,8 @@ public:
     /// How many frames a block holds; the last one may hold fewer.
     std::int64_t FramesOfBlock(std::int64_t block) const;
 
+    SoundBlocks& Sound() const { return *m_sound; }
+
     /// Where frames are missing because they could not be read.
     const std::optional<ReadFailure>& Failure() const { return m_failure; }
 
@@ -51,5 +59,6 @@ private:
     MpegStream m_stream;
     std::int64_t m_frameCount = 0;
     std::vector<Block> m_blocks;
+    std::unique_ptr<SoundBlocks> m_sound;
     std::optional<ReadFailure> m_failure;
 };

@@ -20,11 +20,18 @@ std::span<const std::int16_t> Mp3Decoder::Read(std::int64_t maxSampleFrames) {
                                         static_cast<std::size_t>(count * m_format.channels));
 }
 
-/// Decodes on to this frame, or from the beginning of its block when it lies elsewhere.
+/// Decodes on to this frame; when it lies elsewhere, from the beginning of its block or from near
+/// it.
 void Mp3Decoder::DecodeUpTo(std::int64_t frame) {
     constexpr std::int64_t kBlockFrames = FrameIndex::kBlockFrames;
+    constexpr std::int64_t kNearFrames = 8; // decoding these costs less than to begin anew
     const std::int64_t block = frame / kBlockFrames;
-    if (m_frame < 0 || frame < m_frame || block != m_frame / kBlockFrames) {
+    const bool isAhead = m_frame >= 0 && frame >= m_frame && block == m_frame / kBlockFrames;
+    if (isAhead && frame - m_frame <= kNearFrames) {
+        // as it comes
+    } else if (m_blocks.BeginNear(frame)) {
+        m_frame = frame - 1;
+    } else if (!isAhead) {
         m_blocks.Begin(block);
         m_frame = block * kBlockFrames - 1;
     }

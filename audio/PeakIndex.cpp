@@ -17,7 +17,7 @@ struct Resolution {
 };
 
 constexpr Resolution kResolutions[] = {
-    {SeekCost::High, 1.0 / 3, 42}, {SeekCost::High, 2, 21}, {SeekCost::High, 12, 7},
+    {SeekCost::High, 1.0 / 3, 63}, {SeekCost::High, 2, 21}, {SeekCost::High, 12, 7},
     {SeekCost::High, 27, 3},       {SeekCost::High, 83, 1}, {SeekCost::Low, 27, 3},
     {SeekCost::Low, 83, 1},
 };
