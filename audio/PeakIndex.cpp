@@ -17,7 +17,7 @@ struct Resolution {
 };
 
 constexpr Resolution kResolutions[] = {
-    {SeekCost::High, 1.0 / 3, 63}, {SeekCost::High, 2, 21}, {SeekCost::High, 12, 7},
+    {SeekCost::High, 1.0 / 3, 42}, {SeekCost::High, 2, 21}, {SeekCost::High, 12, 7},
     {SeekCost::High, 27, 3},       {SeekCost::High, 83, 1}, {SeekCost::Low, 27, 3},
     {SeekCost::Low, 83, 1},
 };
@@ -112,10 +112,8 @@ void PeakIndex::Pause() {
     m_pausedTime = Clock::now();
 }
 
-void PeakIndex::Store(std::int64_t granule, const PeakLevels& peaks) {
-    const auto stored = [](float level) {
-        return static_cast<std::int16_t>(static_cast<int>(level * 32768.0F) - kOffset);
-    };
+void PeakIndex::Store(std::int64_t granule, const PeakSamples& peaks) {
+    const auto stored = [](int peak) { return static_cast<std::int16_t>(peak - kOffset); };
     std::int16_t* const to = m_peaks.get() + static_cast<std::size_t>(granule) * m_sides;
     to[0] = stored(peaks.left);
     to[m_sides - 1] = stored(m_sides == 1 ? peaks.left : peaks.right);

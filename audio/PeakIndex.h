@@ -48,7 +48,7 @@ public:
     /// Ends what Await or Resume began: only for so long does who follows wait without asking.
     void Pause();
     /// Stores the peaks of a granule that is not known yet.
-    void Store(std::int64_t granule, const PeakLevels& peaks);
+    void Store(std::int64_t granule, const PeakSamples& peaks);
     /// Makes all granules below this one known.
     void Publish(std::int64_t granule);
     /// Somebody else may fill the index. Without effect when somebody else does.

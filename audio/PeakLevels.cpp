@@ -44,18 +44,18 @@ struct Extremes {
         highest = Higher(other.highest, highest);
     }
 
-    PeakLevels Peaks() const {
+    PeakSamples Peaks() const {
         const Lanes low = Fold(lowest, Lower);
         const Lanes high = Fold(highest, Higher);
         const auto peak = [&](std::size_t side) {
-            return static_cast<float>(std::max(-int{low[side]}, int{high[side]})) / 32768.0F;
+            return std::max(-int{low[side]}, int{high[side]});
         };
         return {peak(0), peak(1)};
     }
 };
 
 /// The even and the odd samples' peaks.
-PeakLevels MeasureAlternating(std::span<const std::int16_t> samples) {
+PeakSamples MeasureAlternating(std::span<const std::int16_t> samples) {
     // Two, so that one need not wait for the other's result.
     Extremes first;
     Extremes second;
@@ -78,20 +78,20 @@ PeakLevels MeasureAlternating(std::span<const std::int16_t> samples) {
 }
 
 /// For an odd number of channels, whose sides change places with every sample frame.
-PeakLevels MeasureBySampleFrame(std::span<const std::int16_t> samples, std::uint32_t channels) {
-    PeakLevels peaks;
+PeakSamples MeasureBySampleFrame(std::span<const std::int16_t> samples, std::uint32_t channels) {
+    PeakSamples peaks;
     for (std::size_t begin = 0; begin < samples.size(); begin += channels) {
-        peaks = Larger(peaks, MeasureAlternating(samples.subspan(begin, channels)));
+        peaks.Raise(MeasureAlternating(samples.subspan(begin, channels)));
     }
     return peaks;
 }
 
 } // namespace
 
-PeakLevels MeasurePeaks(std::span<const std::int16_t> samples, std::uint32_t channels) {
+PeakSamples MeasurePeaks(std::span<const std::int16_t> samples, std::uint32_t channels) {
     if (channels == 1) {
-        const PeakLevels peaks = MeasureAlternating(samples);
-        const float peak = std::max(peaks.left, peaks.right);
+        const PeakSamples peaks = MeasureAlternating(samples);
+        const int peak = std::max(peaks.left, peaks.right);
         return {peak, peak};
     }
     return channels % 2 == 0 ? MeasureAlternating(samples)

@@ -90,13 +90,13 @@ PeakLevels PeakMeter::Fill(std::int64_t begin, std::int64_t end) {
         const std::int64_t granule = m_index->Grid().FirstFrom(begin);
         m_filling.emplace(Filling{{m_index->Grid(), granule}, begin, {}, granule});
     }
-    PeakLevels levels;
+    PeakSamples peaks;
     while (begin < end) {
         const auto samples = Read(begin, end - begin);
         if (samples.empty()) {
             break;
         }
-        levels = Larger(levels, AddToFilling(samples));
+        peaks.Raise(AddToFilling(samples));
         begin = m_filling->position;
     }
     const AudioFormat& format = m_decoder->Format();
@@ -110,19 +110,19 @@ PeakLevels PeakMeter::Fill(std::int64_t begin, std::int64_t end) {
         m_filling.reset();
         m_index->Leave(this);
     }
-    return levels;
+    return peaks.Levels();
 }
 
-PeakLevels PeakMeter::AddToFilling(std::span<const std::int16_t> samples) {
+PeakSamples PeakMeter::AddToFilling(std::span<const std::int16_t> samples) {
     const std::uint32_t channels = m_decoder->Format().channels;
-    PeakLevels levels;
+    PeakSamples all;
     while (!samples.empty()) {
         const auto left = static_cast<std::int64_t>(samples.size() / channels);
         const std::int64_t count = std::min(left, m_filling->granule.End() - m_filling->position);
         const auto part = static_cast<std::size_t>(count) * channels;
-        const PeakLevels peaks = MeasurePeaks(samples.first(part), channels);
-        levels = Larger(levels, peaks);
-        m_filling->peaks = Larger(m_filling->peaks, peaks);
+        const PeakSamples peaks = MeasurePeaks(samples.first(part), channels);
+        all.Raise(peaks);
+        m_filling->peaks.Raise(peaks);
         samples = samples.subspan(part);
         m_filling->position += count;
         while (m_filling->granule.End() == m_filling->position &&
@@ -132,7 +132,7 @@ PeakLevels PeakMeter::AddToFilling(std::span<const std::int16_t> samples) {
             m_filling->granule.Next();
         }
     }
-    return levels;
+    return all;
 }
 
 /// Makes known what was decoded from the file as it was opened, without a failure.
@@ -177,7 +177,7 @@ void PeakMeter::AddEdge(std::int64_t begin, std::int64_t end, std::int64_t granu
         if (samples.empty()) {
             break;
         }
-        levels = Larger(levels, MeasurePeaks(samples, decoder.Format().channels));
+        levels = Larger(levels, MeasurePeaks(samples, decoder.Format().channels).Levels());
         begin += static_cast<std::int64_t>(samples.size() / decoder.Format().channels);
     }
 }
@@ -201,7 +201,7 @@ PeakLevels PeakMeter::Decode(std::int64_t begin, std::int64_t end) {
         if (samples.empty()) {
             break;
         }
-        levels = Larger(levels, MeasurePeaks(samples, m_decoder->Format().channels));
+        levels = Larger(levels, MeasurePeaks(samples, m_decoder->Format().channels).Levels());
         begin = m_position;
     }
     return levels;

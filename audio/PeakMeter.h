@@ -41,7 +41,7 @@ private:
     struct Filling {
         PeakGrid::Walk granule; // that is being measured
         std::int64_t position;  // up to where it was
-        PeakLevels peaks;       // of that part
+        PeakSamples peaks;      // of that part
         std::int64_t published; // granules below are known
     };
 
@@ -53,7 +53,7 @@ private:
     void AddEdge(std::int64_t begin, std::int64_t end, std::int64_t granule, PeakLevels& levels);
     PeakLevels Decode(std::int64_t begin, std::int64_t end);
     std::span<const std::int16_t> Read(std::int64_t position, std::int64_t maxSampleFrames);
-    PeakLevels AddToFilling(std::span<const std::int16_t> samples);
+    PeakSamples AddToFilling(std::span<const std::int16_t> samples);
     void PublishFilling();
     Decoder& EdgeDecoder();
 
