@@ -24,3 +24,6 @@ void FuzzInfo(const FuzzInput& input);
 
 /// A list of places: a CUE sheet, labels, CSV.
 void FuzzList(const FuzzInput& input);
+
+/// The journal of a session.
+void FuzzJournal(const FuzzInput& input);

@@ -43,8 +43,9 @@ std::vector<std::string> LargeFiles() {
     };
 }
 
-constexpr void (*kTargets[])(const FuzzInput&) = {
-    FuzzParser, FuzzCutMP3, FuzzCutWAV, FuzzCutWholeWAV, FuzzStream, FuzzInfo, FuzzList};
+constexpr void (*kTargets[])(const FuzzInput&) = {FuzzParser,      FuzzCutMP3, FuzzCutWAV,
+                                                  FuzzCutWholeWAV, FuzzStream, FuzzInfo,
+                                                  FuzzList,        FuzzJournal};
 
 class Replay : public testing::TestWithParam<std::size_t> {
 protected:
