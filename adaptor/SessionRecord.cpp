@@ -58,11 +58,9 @@ CutPositions PositionsFrom(const Json& json) {
 
 std::int64_t IntegerFrom(const Json& json, std::int64_t least, std::int64_t most) {
     Require(json.is_number_integer());
-    // A larger one would wrap.
-    Require(!json.is_number_unsigned() ||
-            json.get<std::uint64_t>() <= static_cast<std::uint64_t>(most));
     const auto number = json.get<std::int64_t>();
-    Require(number >= least);
+    Require(number >= least && number <= most);
+    Require(number >= 0 || !json.is_number_unsigned()); // it has wrapped
     return number;
 }
 
