@@ -66,6 +66,10 @@ public:
     /// An existing second file is replaced at once and whole; on a thread of its own as well.
     bool CopyFile(const std::string& from, const std::string& to) override;
     void ErrorMsg(int code) override;
+    /// Does something on a thread of its own, see KlipraMacDelegate::AwaitWork; what it has to say
+    /// to the person is shown when it is done.
+    /// @return what it returns
+    bool DoWork(const std::function<bool()>& work);
 
     // Controls: stored where the engine has a field for it, then passed on to the delegate.
 
@@ -140,7 +144,6 @@ private:
     std::string ProposeOutputName(const std::string& folder);
     const char* GetExtension() const;
 
-    bool DoWork(const std::function<bool()>& work);
     void DeleteDroppedFiles();
 
     void DropWaveImage();

@@ -1,12 +1,15 @@
 #include "app/AppDelegate.h"
 
 #include "adaptor/SessionJournal.h"
+#include "app/ButtonTips.h"
 #include "app/CommandBar.h"
 #include "app/FailureTexts.h"
 #include "app/FitToScreen.h"
 #include "app/HistoryOutline.h"
 #include "app/KeyCodes.h"
+#include "app/Language.h"
 #include "app/PreferenceWindowController.h"
+#include "app/Remembered.h"
 #include "app/TintedIcon.h"
 #include "audio/bass.h"
 #include "platform/Desktop.h"
@@ -22,6 +25,7 @@
 namespace {
 
 constexpr int kRefusedExitCode = 1;
+const std::string kChoose = "--choose"; ///< asks for the file, unless one follows
 
 bool FileExists(const std::string& path) {
     std::error_code ignored;
@@ -31,7 +35,7 @@ bool FileExists(const std::string& path) {
 /// A window takes "[*]" in its title for the mark of an unsaved document, and two of them for one
 /// that is meant.
 QString TitleOf(const std::string& name) {
-    return QString::fromStdString(name).replace("[*]", "[*][*]");
+    return QString::fromStdString(name).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
 }
 
 } // namespace
@@ -43,13 +47,16 @@ AppDelegate::AppDelegate() : m_ui(std::make_unique<Ui::MainWindow>()) {
     delete m_ui->toolBarLayout; // empty by now
     for (QToolButton* const button : window.findChildren<QToolButton*>()) {
         if (const QString name = button->property("iconName").toString(); !name.isEmpty()) {
-            button->setIcon(MakeTintedIcon(":/icons/" + name + ".svg"));
+            button->setIcon(MakeTintedIcon(QStringLiteral(":/icons/%1.svg").arg(name)));
         }
     }
+    ConnectCommands();
     SetUpStrip();
     SetUpStatusBar();
+    m_fileOpener = new FileOpener(&window, m_ui->OpenMenu, m_ui->RecentMenu);
+    FillLanguageMenu(m_ui->LanguageMenu);
     m_workWatch = new WorkWatch(&window); // owned by it
-    ConnectCommands();
+    connect(m_workWatch, &WorkWatch::cancelled, this, &AppDelegate::AbandonSearch);
     constexpr int kRefreshMilliseconds = 100;
     myTimer.setInterval(kRefreshMilliseconds);
     myTimer.callOnTimeout(this, &AppDelegate::onTick);
@@ -62,10 +69,28 @@ AppDelegate::AppDelegate() : m_ui(std::make_unique<Ui::MainWindow>()) {
     });
     connect(m_workWatch, &WorkWatch::closeRequested, &window, &QWidget::close);
     m_ui->HistoryOutlineView->installEventFilter(this);
+    OnLanguageChange(&window, [this] { Translate(); });
 }
 
 AppDelegate::~AppDelegate() {
     applicationWillTerminate();
+}
+
+void AppDelegate::Translate() {
+    const QString title = window.windowTitle();
+    m_ui->retranslateUi(&window);
+    window.setWindowTitle(title);
+    DescribeButtons(window);
+    m_outputLabel->setText(tr("音声出力なし"));
+    m_outputLabel->setToolTip(tr("音が出る装置がないため、無音で再生します。"));
+    m_journalLabel->setText(tr("編集の復元不可"));
+    m_journalLabel->setToolTip(
+        tr("作業状態を記録できないため、異常終了すると編集内容は失われます。"));
+    ShowMessage({}); // of another language
+    if (pKlipraMac != nullptr) {
+        m_historyOutline->DetailsDidChange();
+        ShowStatus();
+    }
 }
 
 void AppDelegate::SetUpStrip() {
@@ -79,42 +104,61 @@ void AppDelegate::SetUpStrip() {
     m_stripSurroundings =
         new StripSurroundings(m_ui->waveScrollArea, m_ui->waveView, m_ui->mainLayout);
     m_navigator = std::make_unique<StripNavigator>(*m_ui);
+    m_quietPlaces = std::make_unique<QuietPlaces>(
+        &window, m_ui->QuietListMenu, m_stripSurroundings->GetTicks(),
+        [this](const QString& what, const auto& work) { return DoWork(what, work); });
+    connect(m_quietPlaces.get(), &QuietPlaces::positionDidMove, this, &AppDelegate::ShowPosition);
+    connect(m_quietPlaces.get(), &QuietPlaces::told, this, &AppDelegate::ShowMessage);
     connect(m_navigator.get(), &StripNavigator::positionDidMove, this, &AppDelegate::ShowPosition);
-    connect(m_ui->waveView, &WaveView::positionDidMove, this, &AppDelegate::Redraw);
+    connect(m_ui->waveView, &WaveView::positionDidMove, this, [this] {
+        m_audition.Stop();
+        Redraw();
+    });
     connect(m_ui->waveView, &WaveView::marksDidChange, this, &AppDelegate::MarksDidChange);
+    // Who has the keyboard hears of the strip, and every key goes to the content view all the same.
+    m_ui->mainView->setFocusProxy(m_ui->waveView);
+    m_ui->waveView->installEventFilter(this);
     m_ui->mainView->setFocus();
 }
 
 void AppDelegate::SetUpStatusBar() {
-    m_outputLabel->setText("音声出力なし");
-    m_outputLabel->setToolTip("音声出力がないため、無音で再生します。");
     m_outputLabel->hide();
-    m_journalLabel->setText("編集の復元不可");
-    m_journalLabel->setToolTip("作業状態を記録できないため、異常終了すると編集内容は失われます。");
-    m_journalLabel->setObjectName("journalLabel");
+    m_journalLabel->setObjectName(QStringLiteral("journalLabel"));
     m_journalLabel->hide();
-    const std::pair<QLabel*, const char*> labels[] = {{m_fileLabel, "fileLabel"},
+    const std::pair<QLabel*, const char*> labels[] = {{m_positionLabel, "positionLabel"},
                                                       {m_rangeLabel, "rangeLabel"},
+                                                      {m_fileLabel, "fileLabel"},
                                                       {m_scenesLabel, "scenesLabel"},
                                                       {m_readFailureLabel, "readFailureLabel"}};
     constexpr int kMargin = 6; // pixels on each side
     for (const auto& [label, name] : labels) {
-        label->setObjectName(name);
+        label->setObjectName(QLatin1String(name));
         label->setContentsMargins(kMargin, 0, kMargin, 0);
         m_ui->statusBar->addWidget(label);
     }
-    m_messageLabel->setObjectName("messageLabel");
+    m_messageLabel->setObjectName(QStringLiteral("messageLabel"));
     m_messageLabel->setContentsMargins(kMargin, 0, kMargin, 0);
     m_ui->statusBar->addWidget(m_messageLabel, 1);
-    m_waveformLabel->setObjectName("waveformLabel");
-    m_outputLabel->setObjectName("outputLabel");
+    m_waveformLabel->setObjectName(QStringLiteral("waveformLabel"));
+    m_outputLabel->setObjectName(QStringLiteral("outputLabel"));
     m_ui->statusBar->addPermanentWidget(m_waveformLabel);
     m_ui->statusBar->addPermanentWidget(m_journalLabel);
     m_ui->statusBar->addPermanentWidget(m_outputLabel);
 }
 
 void AppDelegate::applicationDidFinishLaunching(const std::vector<std::string>& arguments) {
-    const auto launch = CheckLaunch(arguments, FileExists, BASS_GetVersion());
+    std::vector<std::string> file = arguments;
+    if (file.size() > 1 && file[1] == kChoose) {
+        file.erase(file.begin() + 1);
+        if (file.size() < 2) {
+            file.push_back(AskFileToOpen(""));
+        }
+        if (file[1].empty()) {
+            Q_EMIT terminate(0);
+            return;
+        }
+    }
+    const auto launch = CheckLaunch(file, FileExists, BASS_GetVersion());
     if (const auto* const refusal = std::get_if<LaunchRefusal>(&launch)) {
         ShowErrorMsg(refusal->text.c_str());
         Q_EMIT terminate(kRefusedExitCode);
@@ -126,6 +170,9 @@ void AppDelegate::applicationDidFinishLaunching(const std::vector<std::string>& 
 void AppDelegate::OpenFile(const LaunchFile& file) {
     const std::string name = Klipra::ExtractFilename(file.path);
     window.setWindowTitle(TitleOf(name));
+    if (const QSize size = Remembered().GetWindowSize(); size.isValid()) {
+        window.resize(size);
+    }
     FitToScreen(window);
     window.show(); // only now has the content view its width
 
@@ -136,15 +183,21 @@ void AppDelegate::OpenFile(const LaunchFile& file) {
     pKlipraMac->SetDrawSize(width);
     m_ui->waveView->pKlipraMac = pKlipraMac.get();
     m_navigator->SetEngine(pKlipraMac.get());
+    m_quietPlaces->SetEngine(pKlipraMac.get());
 
     pKlipraMac->PushHistory("# " + name, file.path, true, 0);
     pKlipraMac->LoadPlayFile();
     m_ui->mainView->setDelegate(this);
     m_historyOutline = std::make_unique<HistoryOutline>(
-        m_ui->HistoryOutlineView, [this](int id) { SelectedEntryDidChange(id); });
+        m_ui->HistoryOutlineView,
+        [this](const HistoryItem& item) { return m_historyTexts.DetailsOf(*pKlipraMac, item); },
+        [this](int id) { SelectedEntryDidChange(id); });
     refreshHistoryOutlineView(pKlipraMac->currentHistoryId);
     ShowStatus();
     ShowMessage(FailureText({{pKlipraMac->WhyUncuttable(), file.path}}));
+    if (pKlipraMac->channel != 0) {
+        m_fileOpener->DidOpen(file.path);
+    }
     window.raise();
     window.activateWindow();
     if (!pKlipraMac->BeginSession(SessionJournal::Folder())) {
@@ -177,12 +230,18 @@ void AppDelegate::sessionShouldEnd(QSessionManager& session) {
 
 void AppDelegate::applicationWillTerminate() {
     disableTimer();
+    if (pKlipraMac != nullptr) {
+        Remembered().SetWindowSize(window.isMaximized() ? window.normalGeometry().size()
+                                                        : window.size());
+    }
+    m_audition.Stop();
     goWindowController.reset();
     PreferenceWindowController::sharedPreferenceWindowController().closeForGood();
     m_historyOutline.reset();
     m_ui->mainView->setDelegate(nullptr);
     m_ui->waveView->pKlipraMac = nullptr;
     m_navigator->SetEngine(nullptr);
+    m_quietPlaces->SetEngine(nullptr);
     pKlipraMac.reset();
     QCoreApplication::removePostedEvents(this); // what the engine's threads still had to say
 }
@@ -194,6 +253,9 @@ bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
             return true;
         }
         Q_EMIT terminate(0);
+    }
+    if (watched == m_ui->waveView && event->type() == QEvent::KeyPress) {
+        return QCoreApplication::sendEvent(m_ui->mainView, event);
     }
     if (watched == m_ui->HistoryOutlineView && event->type() == QEvent::KeyPress &&
         KeyCodeOf(static_cast<QKeyEvent*>(event)->key()) != KeyCode::kOther) {

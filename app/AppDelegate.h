@@ -2,12 +2,17 @@
 
 #include "adaptor/KlipraMac.h"
 #include "adaptor/KlipraMacDelegate.h"
+#include "app/Audition.h"
 #include "app/ControlRules.h"
 #include "app/ElidedLabel.h"
+#include "app/FileOpener.h"
 #include "app/GoWindowController.h"
+#include "app/HistoryTexts.h"
 #include "app/LaunchCheck.h"
 #include "app/MainViewForKeyHandle.h"
 #include "app/PreferenceFields.h"
+#include "app/QuietPlaces.h"
+#include "app/StripAccessible.h"
 #include "app/StripNavigator.h"
 #include "app/StripSurroundings.h"
 #include "app/WorkWatch.h"
@@ -19,6 +24,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -85,6 +91,9 @@ public:
     void CutExtBtnClick(QObject* sender);
     void CutDelBtnClick(QObject* sender);
     void CutUndoMenuClick(QObject* sender); ///< goes to the entry that the current one is made from
+    void RedoMenuClick(QObject* sender);    ///< goes back to the entry that undo has left
+    void AuditionMenuClick(QObject* sender);
+    void KeysMenuClick(QObject* sender);
     void SplitButtonClick(QObject* sender);
     void SaveRangeBtnClick(QObject* sender);
     void SaveBtnClick(QObject* sender);
@@ -137,7 +146,12 @@ protected:
 private:
     using Command = void (AppDelegate::*)(QObject* sender);
 
+    void BeginCommand();
     void ConnectCommands();
+    void Translate();
+    template <typename Edit>
+    void DoEdit(const QString& what, Edit edit);
+    void NoteLength();
     std::array<QAction*, kZoomFactors.size()> ZoomItems() const; // one for each factor
     void SetUpStrip();
     void SetUpStatusBar();
@@ -154,6 +168,7 @@ private:
     void AbandonSearch();
     void Search();
     void StopPlayback();
+    bool DoWork(const QString& what, const std::function<bool()>& work);
     void ShowFailure();
     void ShowSaved();
     /// What has come of a command; stays in the status bar until the next one.
@@ -170,6 +185,13 @@ private:
     std::unique_ptr<GoWindowController> goWindowController; // the last one opened
     StripSurroundings* m_stripSurroundings = nullptr;       // the window's
     std::unique_ptr<StripNavigator> m_navigator;
+    std::unique_ptr<QuietPlaces> m_quietPlaces;
+    FileOpener* m_fileOpener = nullptr; // the window's
+    Audition m_audition;
+    bool m_isAuditionStopped = false; // by the command under way
+    HistoryTexts m_historyTexts;
+    StripSpeech m_stripSpeech;
+    std::vector<int> m_undone;        // entries that undo has left, the last one last
     QTimer myTimer;                   // of the refresh
     WorkWatch* m_workWatch = nullptr; // the window's
     QShortcut* m_escape = nullptr;    // abandons the pending search
@@ -177,6 +199,7 @@ private:
     QString m_workText;               // what the command under way does
 
     // In the status bar, which owns them.
+    ElidedLabel* const m_positionLabel = new ElidedLabel;
     ElidedLabel* const m_fileLabel = new ElidedLabel;
     ElidedLabel* const m_rangeLabel = new ElidedLabel;
     ElidedLabel* const m_scenesLabel = new ElidedLabel;

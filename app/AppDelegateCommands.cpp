@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/HistoryOutline.h"
+#include "app/KeyList.h"
 #include "app/PreferenceWindowController.h"
 #include "platform/Desktop.h"
 #include "ui_MainWindow.h"
@@ -20,7 +21,19 @@ constexpr int kNoEntry = -1; // to the outline: the selection stays
 
 } // namespace
 
+// What the last command had to say is over, and so is what it let be heard.
+void AppDelegate::BeginCommand() {
+    ShowMessage({});
+    m_isAuditionStopped = m_audition.Stop();
+}
+
 void AppDelegate::ConnectCommands() {
+    for (const QAction* const item : window.findChildren<QAction*>()) {
+        connect(item, &QAction::triggered, this, &AppDelegate::BeginCommand);
+    }
+    for (const QAbstractButton* const button : window.findChildren<QAbstractButton*>()) {
+        connect(button, &QAbstractButton::clicked, this, &AppDelegate::BeginCommand);
+    }
     struct Control {
         QAbstractButton* button; // none: null
         QAction* menuItem;       // none: null
@@ -48,6 +61,9 @@ void AppDelegate::ConnectCommands() {
         {m_ui->SaveButton, m_ui->SaveMenu, &AppDelegate::SaveBtnClick},
         {nullptr, m_ui->CloseMenu, &AppDelegate::CloseBtnClick},
         {nullptr, m_ui->QuitMenu, &AppDelegate::CloseBtnClick},
+        {nullptr, m_ui->RedoMenu, &AppDelegate::RedoMenuClick},
+        {nullptr, m_ui->AuditionMenu, &AppDelegate::AuditionMenuClick},
+        {nullptr, m_ui->KeysMenu, &AppDelegate::KeysMenuClick},
         {nullptr, m_ui->AboutMenu, &AppDelegate::AboutMenuClick},
         {nullptr, m_ui->ZoomInMenu, &AppDelegate::ZoomInMenuClick},
         {nullptr, m_ui->ZoomOutMenu, &AppDelegate::ZoomOutMenuClick},
@@ -60,10 +76,7 @@ void AppDelegate::ConnectCommands() {
         {nullptr, m_ui->Zoom100Menu, &AppDelegate::Zoom100MenuClick},
     };
     for (const Control& control : controls) {
-        const auto run = [=, this](QObject* sender) {
-            ShowMessage({});
-            (this->*control.command)(sender);
-        };
+        const auto run = [=, this](QObject* sender) { (this->*control.command)(sender); };
         if (control.button != nullptr) {
             connect(control.button, &QAbstractButton::clicked, this, [=] { run(control.button); });
         }
@@ -71,13 +84,12 @@ void AppDelegate::ConnectCommands() {
             connect(control.menuItem, &QAction::triggered, this, [=] { run(control.menuItem); });
         }
     }
-    connect(m_workWatch, &WorkWatch::cancelled, this, &AppDelegate::AbandonSearch);
     // Only while there is something to abandon: an Escape that a dialog waits for is the dialog's.
     m_escape = new QShortcut(Qt::Key_Escape, &window);
     m_escape->setEnabled(false);
     connect(m_escape, &QShortcut::activated, this, &AppDelegate::AbandonSearch);
     // Plus needs the shift key on most keyboards: the keys that bear it count without it too.
-    m_ui->ZoomInMenu->setShortcuts({QKeySequence("+"), QKeySequence("="), QKeySequence(";")});
+    m_ui->ZoomInMenu->setShortcuts({Qt::Key_Plus, Qt::Key_Equal, Qt::Key_Semicolon});
 }
 
 void AppDelegate::PlayBtnClick(QObject* /*sender*/) {
@@ -89,7 +101,9 @@ void AppDelegate::StopBtnClick(QObject* /*sender*/) {
 }
 
 void AppDelegate::PlayOrStopMenuClick(QObject* /*sender*/) {
-    pKlipraMac->PlayOrStop();
+    if (!std::exchange(m_isAuditionStopped, false)) {
+        pKlipraMac->PlayOrStop();
+    }
 }
 
 void AppDelegate::BeginBtnClick(QObject* /*sender*/) {
@@ -198,38 +212,75 @@ void AppDelegate::ShowPreferenceClick(QObject* /*sender*/) {
     controller.showWindow(&window);
 }
 
-void AppDelegate::CutExtBtnClick(QObject* /*sender*/) {
+template <typename Edit>
+void AppDelegate::DoEdit(const QString& what, Edit edit) {
     StopPlayback();
-    m_workText = tr("抽出しています…");
-    if (!pKlipraMac->Cut(true)) {
+    m_workText = what;
+    const QString replaced = m_historyTexts.ReplacedBy(*pKlipraMac, pKlipraMac->currentHistoryId);
+    const bool isDone = edit();
+    ShowStatus();
+    if (isDone) {
+        ShowMessage(replaced);
+    } else {
         ShowFailure();
     }
 }
 
+void AppDelegate::CutExtBtnClick(QObject* /*sender*/) {
+    DoEdit(tr("抽出しています…"), [this] { return pKlipraMac->Cut(true); });
+}
+
 void AppDelegate::CutDelBtnClick(QObject* /*sender*/) {
-    StopPlayback();
-    m_workText = tr("削除しています…");
-    if (!pKlipraMac->Cut(false)) {
-        ShowFailure();
-    }
+    DoEdit(tr("削除しています…"), [this] { return pKlipraMac->Cut(false); });
     ShowPosition();
 }
 
 void AppDelegate::CutUndoMenuClick(QObject* /*sender*/) {
+    std::vector<int> undone = std::move(m_undone); // selecting forgets them
+    undone.push_back(pKlipraMac->currentHistoryId);
     m_historyOutline->Select(m_historyOutline->ParentIdOf(pKlipraMac->currentHistoryId));
+    m_undone = std::move(undone);
+    EnableUndo();
+}
+
+void AppDelegate::RedoMenuClick(QObject* /*sender*/) {
+    if (m_undone.empty()) {
+        return;
+    }
+    std::vector<int> undone = std::move(m_undone);
+    m_historyOutline->Select(undone.back());
+    undone.pop_back();
+    m_undone = std::move(undone);
+    EnableUndo();
+}
+
+void AppDelegate::AuditionMenuClick(QObject* /*sender*/) {
+    if (pKlipraMac->GetDefinedCutPositionCount() != 2) {
+        return;
+    }
+    StopPlayback();
+    m_workText = tr("試聴の準備をしています…");
+    if (!m_audition.Play(*pKlipraMac)) {
+        ShowFailure();
+    }
+}
+
+void AppDelegate::KeysMenuClick(QObject* /*sender*/) {
+    ShowKeyList(&window, *m_ui->menuBar);
 }
 
 void AppDelegate::SplitButtonClick(QObject* /*sender*/) {
-    StopPlayback();
-    const int parentId = pKlipraMac->currentHistoryId;
-    m_workText = tr("分割しています…");
-    if (!pKlipraMac->Split()) {
-        // What was split before is gone from the tree already. Of the pieces written now the last
-        // one is current, but what is heard and seen is still what was to be split.
-        pKlipraMac->SelectHistory(parentId);
-        refreshHistoryOutlineView(parentId);
-        ShowFailure();
-    }
+    DoEdit(tr("分割しています…"), [this] {
+        const int parentId = pKlipraMac->currentHistoryId;
+        const bool isSplit = pKlipraMac->Split();
+        if (!isSplit) {
+            // What was split before is gone from the tree already. Of the pieces written now the
+            // last one is current, but what is heard and seen is still what was to be split.
+            pKlipraMac->SelectHistory(parentId);
+            refreshHistoryOutlineView(parentId);
+        }
+        return isSplit;
+    });
 }
 
 void AppDelegate::SaveRangeBtnClick(QObject* /*sender*/) {
@@ -243,6 +294,7 @@ void AppDelegate::SaveBtnClick(QObject* /*sender*/) {
     std::string path;
     if (pKlipraMac->Save(path)) {
         pKlipraMac->UpdateHistoryItem(path);
+        m_historyTexts.NoteSaved(pKlipraMac->currentHistoryId, path);
         EnableSaveButton();
         refreshHistoryOutlineView(kNoEntry);
     }

@@ -44,6 +44,8 @@ void AppDelegate::RequestRefresh() {
 void AppDelegate::Redraw() {
     m_ui->waveView->display();
     m_stripSurroundings->Refresh();
+    m_quietPlaces->Refresh();
+    m_stripSpeech.Tell(*m_ui->waveView);
     ShowStatus();
 }
 
@@ -72,6 +74,11 @@ void AppDelegate::restoringEdits(int done, int count) {
     m_workText = tr("編集を復元しています… %1/%2").arg(done + 1).arg(count);
 }
 
+bool AppDelegate::DoWork(const QString& what, const std::function<bool()>& work) {
+    m_workText = what;
+    return pKlipraMac->DoWork(work);
+}
+
 void AppDelegate::ShowFailure() {
     const EditFailure& failure = pKlipraMac->GetLastFailure();
     ShowMessage(failure.IsCancelled() ? tr("キャンセルしました") : FailureText(failure));
@@ -93,16 +100,28 @@ void AppDelegate::StopPlayback() {
 
 void AppDelegate::ShowStatus() {
     const StatusTexts texts = MakeStatusTexts(*pKlipraMac);
-    const std::pair<QLabel*, const std::string*> labels[] = {
-        {m_fileLabel, &texts.file},
-        {m_rangeLabel, &texts.range},
-        {m_scenesLabel, &texts.sceneChanges},
-        {m_readFailureLabel, &texts.readFailure},
-        {m_waveformLabel, &texts.waveform}};
+    const std::pair<QLabel*, const QString*> labels[] = {{m_positionLabel, &texts.position},
+                                                         {m_fileLabel, &texts.file},
+                                                         {m_rangeLabel, &texts.range},
+                                                         {m_scenesLabel, &texts.sceneChanges},
+                                                         {m_readFailureLabel, &texts.readFailure},
+                                                         {m_waveformLabel, &texts.waveform}};
     for (const auto& [label, text] : labels) {
-        label->setText(QString::fromStdString(*text));
+        label->setText(*text);
     }
     m_outputLabel->setVisible(!KlipraMac::HasOutput());
+    NoteLength();
+}
+
+// While an edit is under way the stream may still be another entry's than the current one's.
+void AppDelegate::NoteLength() {
+    if (m_historyOutline == nullptr || pKlipraMac->IsBusy() || pKlipraMac->channel == 0) {
+        return;
+    }
+    const long long length = pKlipraMac->PositionToMilliSeconds(pKlipraMac->length);
+    if (m_historyTexts.NoteLength(pKlipraMac->currentHistoryId, length)) {
+        m_historyOutline->DetailsDidChange();
+    }
 }
 
 std::array<QAction*, kZoomFactors.size()> AppDelegate::ZoomItems() const {
@@ -132,7 +151,8 @@ void AppDelegate::EnableCutButton() {
          {m_ui->CutExtButton, m_ui->CutDelButton, m_ui->SaveRangeButton}) {
         button->setEnabled(CanCut(count));
     }
-    for (QAction* const item : {m_ui->CutExtMenu, m_ui->CutDelMenu, m_ui->SaveRangeMenu}) {
+    for (QAction* const item :
+         {m_ui->CutExtMenu, m_ui->CutDelMenu, m_ui->SaveRangeMenu, m_ui->AuditionMenu}) {
         item->setEnabled(CanCut(count));
     }
     m_ui->SplitButton->setEnabled(CanSplit(count));
@@ -173,9 +193,13 @@ void AppDelegate::EnableSceneChangeMoveButton() {
 
 void AppDelegate::EnableUndo() {
     m_ui->CutUndoMenu->setEnabled(m_historyOutline->ParentIdOf(pKlipraMac->currentHistoryId) != 0);
+    m_ui->RedoMenu->setEnabled(!m_undone.empty());
 }
 
 void AppDelegate::refreshHistoryOutlineView(int id) {
+    if (id == pKlipraMac->currentHistoryId) {
+        m_undone.clear(); // an edit, which may have taken their place
+    }
     m_historyOutline->Refresh(pKlipraMac.get(), id);
     EnableUndo();
 }
@@ -184,6 +208,8 @@ void AppDelegate::SelectedEntryDidChange(int id) {
     if (id != pKlipraMac->currentHistoryId) {
         StopPlayback();
         AbandonSearch();
+        m_audition.Stop();
+        m_undone.clear();
     }
     pKlipraMac->SelectHistory(id);
     EnableUndo();
@@ -191,7 +217,8 @@ void AppDelegate::SelectedEntryDidChange(int id) {
 }
 
 void AppDelegate::handleKeyCode(std::uint16_t keyCode) {
-    if (keyCode == KeyCode::kSpace) {
+    const bool isAuditionStopped = m_audition.Stop();
+    if (keyCode == KeyCode::kSpace && !isAuditionStopped) {
         pKlipraMac->PlayOrStop();
     } else if (keyCode == KeyCode::kLeftArrow || keyCode == KeyCode::kRightArrow) {
         m_ui->waveView->handleKeyCode(keyCode);

@@ -6,7 +6,7 @@
 
 QToolBar* MakeCommandBar(QHBoxLayout& row, QWidget* parent) {
     auto* const bar = new QToolBar(parent);
-    bar->setObjectName("commandBar");
+    bar->setObjectName(QStringLiteral("commandBar"));
     bar->setMovable(false);
     bar->setContentsMargins(row.contentsMargins());
     while (const std::unique_ptr<QLayoutItem> item{row.takeAt(0)}) {

@@ -72,6 +72,6 @@ QString FailureText(const EditFailure& failure) {
     const int error = failure.problem.errorNumber;
     return text.isEmpty() || error == 0
                ? text
-               : QString::fromUtf8("%1 (%2)").arg(
+               : QStringLiteral("%1 (%2)").arg(
                      text, QString::fromStdString(std::generic_category().message(error)));
 }

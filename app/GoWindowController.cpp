@@ -2,6 +2,7 @@
 
 #include "app/DialogText.h"
 #include "app/GoFields.h"
+#include "app/Language.h"
 #include "ui_GoWindowController.h"
 
 #include <QObject>
@@ -9,6 +10,7 @@
 GoWindowController::GoWindowController(QWidget* parent)
     : m_window(std::make_unique<QDialog>(parent)), m_ui(std::make_unique<Ui::GoWindow>()) {
     m_ui->setupUi(m_window.get());
+    OnLanguageChange(m_window.get(), [this] { m_ui->retranslateUi(m_window.get()); });
     QObject::connect(m_ui->OKButton, &QPushButton::clicked, m_window.get(),
                      [this] { OKButtonClick(); });
     QObject::connect(m_ui->CancelButton, &QPushButton::clicked, m_window.get(),

@@ -3,6 +3,8 @@
 #include <QEvent>
 #include <QHeaderView>
 
+#include <algorithm>
+
 namespace {
 
 /// A picture that is the same in a selected row: the toolkit would tint it.
@@ -14,29 +16,47 @@ QIcon Picture(const QString& path) {
 
 } // namespace
 
-HistoryOutline::HistoryOutline(QTreeView* view, std::function<void(int)> selected)
-    : m_view(view), m_model(Picture(":/disk.png"), Picture(":/save.png")),
+HistoryOutline::HistoryOutline(QTreeView* view, HistoryOutlineModel::Details details,
+                               std::function<void(int)> selected)
+    : m_view(view), m_model(Picture(QStringLiteral(":/disk.png")),
+                            Picture(QStringLiteral(":/save.png")), std::move(details)),
       m_selected(std::move(selected)) {
     m_view->setModel(&m_model);
     m_view->header()->setStretchLastSection(false);
-    m_view->header()->setSectionResizeMode(QHeaderView::ResizeToContents); // scrolls sideways
-    m_view->header()->setMinimumSectionSize(m_view->viewport()->width());
+    m_view->header()->setSectionResizeMode(QHeaderView::Fixed); // see FitColumns
     m_view->viewport()->installEventFilter(this);
     connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &HistoryOutline::SelectionDidChange);
 }
 
 bool HistoryOutline::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize) { // a selected row is as wide as the view
-        m_view->header()->setMinimumSectionSize(m_view->viewport()->width());
+    if (event->type() == QEvent::Resize) {
+        FitColumns();
     }
     return QObject::eventFilter(watched, event);
+}
+
+// Both as wide as their texts, and together at least as wide as the view, as a selected row is.
+void HistoryOutline::FitColumns() {
+    constexpr int kGap = 24; // pixels between the columns
+    constexpr int kDetails = 1;
+    const QAbstractItemView* const view = m_view; // where this can be asked for
+    QHeaderView* const header = m_view->header();
+    header->resizeSection(0, view->sizeHintForColumn(0) + kGap);
+    header->resizeSection(kDetails, std::max(view->sizeHintForColumn(kDetails),
+                                             m_view->viewport()->width() - header->sectionSize(0)));
+}
+
+void HistoryOutline::DetailsDidChange() {
+    m_view->viewport()->update();
+    FitColumns();
 }
 
 void HistoryOutline::Refresh(KlipraMac* klipra, int id) {
     m_isRefreshing = true;
     m_model.Reload(klipra);
     m_view->expandAll();
+    FitColumns();
     Select(m_selectedId);
     m_isRefreshing = false;
     Select(id);

@@ -9,8 +9,8 @@ constexpr int kOpenedFileId = 1; // of its only child
 
 } // namespace
 
-HistoryOutlineModel::HistoryOutlineModel(QIcon disk, QIcon save)
-    : diskImage(std::move(disk)), saveImage(std::move(save)) {
+HistoryOutlineModel::HistoryOutlineModel(QIcon disk, QIcon save, Details details)
+    : m_details(std::move(details)), diskImage(std::move(disk)), saveImage(std::move(save)) {
 }
 
 void HistoryOutlineModel::Reload(KlipraMac* klipra) {
@@ -54,13 +54,15 @@ int HistoryOutlineModel::ParentIdOf(int id) const {
 }
 
 int HistoryOutlineModel::rowCount(const QModelIndex& parent) const {
-    const Node* const node = Find(IdAt(parent));
+    const Node* const node = parent.column() > 0 ? nullptr : Find(IdAt(parent));
     return node == nullptr ? 0 : static_cast<int>(node->childIds.size());
 }
 
 QModelIndex HistoryOutlineModel::index(int row, int column, const QModelIndex& parent) const {
     return hasIndex(row, column, parent)
-               ? IndexOf(Find(IdAt(parent))->childIds[static_cast<std::size_t>(row)])
+               ? createIndex(row, column,
+                             static_cast<quintptr>(
+                                 Find(IdAt(parent))->childIds[static_cast<std::size_t>(row)]))
                : QModelIndex();
 }
 
@@ -73,6 +75,9 @@ QVariant HistoryOutlineModel::data(const QModelIndex& index, int role) const {
         m_klipra == nullptr ? nullptr : m_klipra->FindHistoryItem(IdAt(index));
     if (item == nullptr) {
         return {};
+    }
+    if (index.column() > 0) {
+        return role == Qt::DisplayRole || role == Qt::ToolTipRole ? m_details(*item) : QVariant();
     }
     if (role == Qt::DisplayRole) {
         return QString::fromStdString(item->name);

@@ -11,7 +11,7 @@
 #include <utility>
 
 OverviewBar::OverviewBar(QWidget* parent) : QWidget(parent) {
-    setObjectName("overviewBar");
+    setObjectName(QStringLiteral("overviewBar"));
     setAccessibleName(tr("全体"));
     setFixedHeight(kHeight);
     setAttribute(Qt::WA_OpaquePaintEvent);

@@ -1,6 +1,7 @@
 #include "app/PreferenceWindowController.h"
 
 #include "app/DialogText.h"
+#include "app/Language.h"
 #include "ui_PreferenceWindowController.h"
 
 #include <QObject>
@@ -18,6 +19,7 @@ void PreferenceWindowController::showWindow(QWidget* parent) {
         m_window = std::make_unique<QDialog>(parent);
         m_ui = std::make_unique<Ui::PreferencesWindow>();
         m_ui->setupUi(m_window.get());
+        OnLanguageChange(m_window.get(), [this] { m_ui->retranslateUi(m_window.get()); });
         windowDidLoad();
         QObject::connect(m_window.get(), &QDialog::finished, m_window.get(),
                          [this] { windowWillClose(); });

@@ -1,11 +1,11 @@
 #include "app/PrepareApplication.h"
 
+#include "app/Language.h"
+#include "app/StripAccessible.h"
+
 #include <QApplication>
 #include <QFont>
 #include <QIcon>
-#include <QLibraryInfo>
-#include <QLocale>
-#include <QTranslator>
 
 #include <clocale>
 
@@ -16,9 +16,8 @@ namespace {
 void PreferJapaneseFonts() {
     QFont font = QApplication::font();
     QStringList families = font.families();
-    families << "Noto Sans CJK JP"
-             << "IPAexGothic"
-             << "VL PGothic";
+    families << QStringLiteral("Noto Sans CJK JP") << QStringLiteral("IPAexGothic")
+             << QStringLiteral("VL PGothic");
     font.setFamilies(families);
     QApplication::setFont(font);
 }
@@ -27,17 +26,15 @@ void PreferJapaneseFonts() {
 
 void PrepareApplication() {
     Q_INIT_RESOURCE(resources);
+    Q_INIT_RESOURCE(translations);
     // The toolkit sets the person's locale, whose decimal comma would reach the C library.
     std::setlocale(LC_NUMERIC, "C"); // NOLINT(concurrency-mt-unsafe): no other thread runs yet
-    QApplication::setApplicationName("Klipra");
-    QApplication::setApplicationVersion(KLIPRA_VERSION);
-    QApplication::setDesktopFileName("klipra");
-    QApplication::setWindowIcon(QIcon(":/klipra.svg"));
+    QApplication::setApplicationName(QStringLiteral("Klipra"));
+    QApplication::setApplicationVersion(QStringLiteral(KLIPRA_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("klipra"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/klipra.svg")));
 
-    QLocale::setDefault(QLocale(QLocale::Japanese));
-    auto* const translator = new QTranslator(qApp);
-    if (translator->load("qtbase_ja", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-        QApplication::installTranslator(translator);
-    }
+    SpeakLanguage(StartLanguage());
     PreferJapaneseFonts();
+    StripAccessible::Install();
 }

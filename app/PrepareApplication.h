@@ -1,5 +1,5 @@
 #pragma once
 
 /// Gives the application object, which must exist, what is the same for every window: name and
-/// icon, Japanese texts of the toolkit's own dialogs, a font that holds Japanese characters.
+/// icon, the language to begin with, a font that holds Japanese characters.
 void PrepareApplication();

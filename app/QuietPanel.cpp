@@ -15,7 +15,7 @@ namespace {
 
 QSlider* MakeSlider(const char* name, int least, int most) {
     auto* const slider = new QSlider(Qt::Horizontal);
-    slider->setObjectName(name);
+    slider->setObjectName(QLatin1String(name));
     slider->setRange(least, most);
     constexpr int kPageSteps = 10;
     slider->setPageStep(kPageSteps);
@@ -31,14 +31,14 @@ QuietPanel::QuietPanel(QWidget* parent)
       m_seconds(MakeSlider("quietSeconds", QuietLengthScale::kLeast, QuietLengthScale::kMost)),
       m_count(new QLabel), m_list(new QListView), m_export(new QPushButton),
       m_split(new QPushButton) {
-    setObjectName("quietPanel");
+    setObjectName(QStringLiteral("quietPanel"));
     setFeatures(DockWidgetClosable);
-    m_list->setObjectName("quietList");
+    m_list->setObjectName(QStringLiteral("quietList"));
     m_list->setModel(&m_model);
     m_list->setUniformItemSizes(true);
-    m_count->setObjectName("quietCount");
-    m_export->setObjectName("quietExport");
-    m_split->setObjectName("quietSplit");
+    m_count->setObjectName(QStringLiteral("quietCount"));
+    m_export->setObjectName(QStringLiteral("quietExport"));
+    m_split->setObjectName(QStringLiteral("quietSplit"));
     m_levelTitle->setBuddy(m_level);
     m_secondsTitle->setBuddy(m_seconds);
 
@@ -51,7 +51,12 @@ QuietPanel::QuietPanel(QWidget* parent)
         grid->addWidget(title, row, 0);
         grid->addWidget(text, row++, 1, Qt::AlignRight);
         grid->addWidget(slider, row++, 0, 1, 2);
-        connect(slider, &QSlider::valueChanged, this, &QuietPanel::Relist);
+        connect(slider, &QSlider::valueChanged, this, [this] {
+            Relist();
+            if (!m_isSetting) {
+                Q_EMIT thresholdsChosen();
+            }
+        });
     }
     grid->addWidget(m_count, row++, 0, 1, 2);
     grid->addWidget(m_list, row++, 0, 1, 2);
@@ -68,6 +73,12 @@ QuietPanel::QuietPanel(QWidget* parent)
 
 void QuietPanel::Translate() {
     setWindowTitle(tr("無音リスト"));
+    // The toolkit names them once, and says the name twice.
+    for (auto* const button : findChildren<QAbstractButton*>(Qt::FindDirectChildrenOnly)) {
+        const bool isClose = button->objectName() == QStringLiteral("qt_dockwidget_closebutton");
+        button->setAccessibleName(isClose ? tr("閉じる") : QString());
+        button->setAccessibleDescription(isClose ? windowTitle() : QString());
+    }
     m_levelTitle->setText(tr("レベル"));
     m_level->setAccessibleName(tr("レベル"));
     m_secondsTitle->setText(tr("長さ"));
@@ -104,8 +115,10 @@ void QuietPanel::ShowProgress(int percent) {
 }
 
 void QuietPanel::SetThresholds(float level, float seconds) {
+    m_isSetting = true;
     m_level->setValue(QuietLevelScale::StepOf(level));
     m_seconds->setValue(QuietLengthScale::StepOf(seconds));
+    m_isSetting = false;
 }
 
 float QuietPanel::GetLevel() const {

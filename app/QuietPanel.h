@@ -29,13 +29,15 @@ public:
     /// How far the levels are known, while the list waits for them.
     void ShowProgress(int percent);
 
-    void SetThresholds(float level, float seconds);
+    void SetThresholds(float level, float seconds); ///< the nearest that the sliders have
     float GetLevel() const;
     float GetSeconds() const;
 
     const std::vector<QuietStretch>& GetPlaces() const { return m_model.GetPlaces(); }
 
 Q_SIGNALS:
+    /// The person has moved a slider.
+    void thresholdsChosen();
     /// The list is another one.
     void placesChanged();
     /// A place was chosen in the list; its position in bytes.
@@ -51,6 +53,7 @@ private:
     void Relist();
     void Choose(const QModelIndex& index);
 
+    bool m_isSetting = false; // the thresholds, which nobody has chosen
     std::vector<Block> m_blocks;
     unsigned long long m_length = 0;
     std::function<long long(unsigned long long)> m_millisecondsOf;

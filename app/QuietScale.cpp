@@ -37,7 +37,12 @@ std::string QuietLevelScale::TextOf(int halfDecibels) {
 }
 
 float QuietLengthScale::SecondsOf(int blocks) {
-    return static_cast<float>(blocks) * BlockReader::kBlockSeconds;
+    // Rounding must not make it a length that one block less fills.
+    float seconds = static_cast<float>(blocks) * BlockReader::kBlockSeconds;
+    while (seconds / BlockReader::kBlockSeconds < static_cast<float>(blocks)) {
+        seconds = std::nextafter(seconds, static_cast<float>(kMost));
+    }
+    return seconds;
 }
 
 int QuietLengthScale::StepOf(float seconds) {

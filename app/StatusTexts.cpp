@@ -5,59 +5,79 @@
 #include "audio/bass.h"
 #include "engine/Format.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 namespace {
 
-std::string TimeAt(const KlipraMac& klipra, unsigned long long position) {
-    return ClockLabel(klipra.PositionToMilliSeconds(position));
-}
+/// The texts of one engine.
+class Texts {
+    Q_DECLARE_TR_FUNCTIONS(StatusTexts)
 
-std::string FileText(const KlipraMac& klipra) {
-    const Format* const format = FindFormat(klipra.formatType);
-    if (klipra.channel == 0 || format == nullptr) {
-        return "";
-    }
-    return std::string(format->name) + "  長さ " + TimeAt(klipra, klipra.length);
-}
+public:
+    explicit Texts(const KlipraMac& engine) : m_engine(engine) {}
 
-std::string RangeText(const KlipraMac& klipra) {
-    const auto [start, end] = klipra.cutPositions;
-    if (klipra.channel == 0 || (start == kUnsetPosition && end == kUnsetPosition)) {
-        return "";
+    QString Position() const {
+        return m_engine.channel == 0 ? QString() : TimeAt(m_engine.GetCurrentPosition());
     }
-    const auto textOf = [&](unsigned long long position) {
-        return position == kUnsetPosition ? "–" : TimeAt(klipra, position);
-    };
-    std::string text = "範囲 " + textOf(start) + " ～ " + textOf(end);
-    if (start != kUnsetPosition && end != kUnsetPosition) {
+
+    QString File() const {
+        const Format* const format = FindFormat(m_engine.formatType);
+        return m_engine.channel == 0 || format == nullptr
+                   ? QString()
+                   : tr("%1  長さ %2")
+                         .arg(QString::fromStdString(format->name), TimeAt(m_engine.length));
+    }
+
+    QString Range() const {
+        const auto [start, end] = m_engine.cutPositions;
+        if (m_engine.channel == 0 || (start == kUnsetPosition && end == kUnsetPosition)) {
+            return {};
+        }
+        const QString range = tr("範囲 %1 ～ %2").arg(MarkAt(start), MarkAt(end));
+        if (start == kUnsetPosition || end == kUnsetPosition) {
+            return range;
+        }
         const auto [first, last] = std::minmax(start, end);
-        text += " (" + TimeAt(klipra, last - first) + ")";
+        return QStringLiteral("%1 (%2)").arg(range, TimeAt(last - first));
     }
-    return text;
-}
 
-std::string ReadFailureText(const KlipraMac& klipra) {
-    BASS_READFAILURE failure{};
-    return BASS_ChannelGetReadFailure(klipra.channel, &failure) == FALSE
-               ? ""
-               : TimeAt(klipra, failure.position) + " から先を読み取れません";
-}
-
-std::string WaveformText(const KlipraMac& klipra) {
-    const auto& wave = klipra.GetWaveContext();
-    if (!wave) {
-        return "";
+    QString SceneChanges() const {
+        const std::size_t found = m_engine.sceneChangePositions.size();
+        return found == 0 ? QString() : tr("無音 %1か所").arg(found);
     }
-    const long long percent = 100LL * wave->GetFinishedColumns() / wave->GetSize().width;
-    return percent == 100 ? "" : "波形 " + std::to_string(percent) + "%";
-}
+
+    QString ReadFailure() const {
+        BASS_READFAILURE failure{};
+        return BASS_ChannelGetReadFailure(m_engine.channel, &failure) == FALSE
+                   ? QString()
+                   : tr("%1 から先を読み取れません").arg(TimeAt(failure.position));
+    }
+
+    QString Waveform() const {
+        const auto& wave = m_engine.GetWaveContext();
+        constexpr long long kAll = 100;
+        const long long percent =
+            wave ? kAll * wave->GetFinishedColumns() / wave->GetSize().width : kAll;
+        return percent == kAll ? QString() : tr("波形 %1%").arg(percent);
+    }
+
+private:
+    QString TimeAt(unsigned long long position) const {
+        return QString::fromStdString(ClockLabel(m_engine.PositionToMilliSeconds(position)));
+    }
+    QString MarkAt(unsigned long long position) const {
+        return position == kUnsetPosition ? QStringLiteral("–") : TimeAt(position);
+    }
+
+    const KlipraMac& m_engine;
+};
 
 } // namespace
 
 StatusTexts MakeStatusTexts(const KlipraMac& klipra) {
-    const std::size_t found = klipra.sceneChangePositions.size();
-    return {FileText(klipra), RangeText(klipra),
-            found == 0 ? "" : "無音 " + std::to_string(found) + "か所", ReadFailureText(klipra),
-            WaveformText(klipra)};
+    const Texts texts(klipra);
+    return {texts.Position(),     texts.File(),        texts.Range(),
+            texts.SceneChanges(), texts.ReadFailure(), texts.Waveform()};
 }

@@ -59,7 +59,7 @@ std::string RulerLabel(double seconds, double stepSeconds) {
 }
 
 TimeRuler::TimeRuler(QWidget* parent) : QWidget(parent) {
-    setObjectName("timeRuler");
+    setObjectName(QStringLiteral("timeRuler"));
     setAccessibleName(tr("目盛り"));
     FitHeight();
 }

@@ -95,6 +95,22 @@ void WaveView::paintEvent(QPaintEvent* event) {
     if (pKlipraMac->channel != 0) { // no stream has a position
         DrawTimeLine(painter, pKlipraMac->GetCurrentPosition(), kCurrentMarker);
     }
+    if (m_isFocusShown) {
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(visibleRegion().boundingRect().adjusted(0, 0, -1, -1));
+    }
+}
+
+// Told by the eye only to who comes here with the Tab key: it is where the keyboard is at first.
+void WaveView::focusInEvent(QFocusEvent* event) {
+    const Qt::FocusReason reason = event->reason();
+    m_isFocusShown = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
+    QWidget::focusInEvent(event);
+}
+
+void WaveView::focusOutEvent(QFocusEvent* event) {
+    m_isFocusShown = false;
+    QWidget::focusOutEvent(event);
 }
 
 void WaveView::DrawWave(QPainter& painter, const QRect& visible) const {

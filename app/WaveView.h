@@ -69,6 +69,8 @@ Q_SIGNALS:
 protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -91,6 +93,7 @@ private:
     int waveWidth = 0;
     int waveHeight = 0;
     bool resizing = false;
+    bool m_isFocusShown = false;
     StripGesture m_gesture;
     unsigned long long m_pressedAt = 0;         // where the gesture began
     std::optional<unsigned long long> m_pinned; // the position that is under the pointer

@@ -41,12 +41,12 @@ bool IsInput(QEvent::Type type) {
 
 WorkWatch::WorkWatch(QMainWindow* window)
     : QObject(window), m_window(window), m_progress(new QProgressBar), m_cancel(new QPushButton) {
-    m_progress->setObjectName("workProgress");
+    m_progress->setObjectName(QStringLiteral("workProgress"));
     m_progress->setTextVisible(false);
     constexpr int kWidth = 160; // pixels
     m_progress->setFixedWidth(kWidth);
     m_progress->hide();
-    m_cancel->setObjectName("cancelButton");
+    m_cancel->setObjectName(QStringLiteral("cancelButton"));
     m_cancel->hide();
     window->statusBar()->addPermanentWidget(m_progress);
     window->statusBar()->addPermanentWidget(m_cancel);

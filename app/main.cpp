@@ -1,13 +1,20 @@
 #include "app/AppDelegate.h"
 #include "app/PrepareApplication.h"
 #include "app/QtDesktop.h"
+#include "app/TerminalAnswer.h"
 #include "app/TerminationSignals.h"
 
 #include <QApplication>
 
+#include <cstdio>
+
 int main(int argc, char* argv[]) {
     const std::vector<std::string> arguments(argv, argv + argc);
-    // Every argument is a file's name, also one that the toolkit would take for an option.
+    if (const std::string answer = TerminalAnswer(arguments); !answer.empty()) {
+        const bool isTold = std::fputs(answer.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+        return isTold ? 0 : 1;
+    }
+    // Every other argument is a file's name, also one that the toolkit would take for an option.
     int programNameOnly = std::min(argc, 1);
     QApplication application(programNameOnly, argv);
     PrepareApplication();

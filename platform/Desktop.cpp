@@ -49,3 +49,19 @@ std::string AskOutputPath(const std::string& folder, const std::string& name,
     Desktop* const desktop = Current();
     return desktop == nullptr ? "" : desktop->AskOutputPath(folder, name, extension);
 }
+
+std::string AskListPath(const std::string& folder, const std::string& name,
+                        const std::vector<std::string>& extensions) {
+    Desktop* const desktop = Current();
+    return desktop == nullptr ? "" : desktop->AskListPath(folder, name, extensions);
+}
+
+std::string AskInputPath(const std::string& folder, const std::vector<std::string>& extensions) {
+    Desktop* const desktop = Current();
+    return desktop == nullptr ? "" : desktop->AskInputPath(folder, extensions);
+}
+
+bool OpenInWindow(const std::string& path) {
+    Desktop* const desktop = Current();
+    return desktop != nullptr && desktop->OpenInWindow(path);
+}

@@ -27,6 +27,25 @@ public:
     /// @return the path, UTF-8; empty when the person cancels
     virtual std::string AskOutputPath(const std::string& folder, const std::string& name,
                                       const std::string& extension) = 0;
+
+    /// The same for a file of one of several kinds.
+    /// @param extensions  without dots; the first one is added where none of them is there
+    virtual std::string AskListPath(const std::string& folder, const std::string& name,
+                                    const std::vector<std::string>& extensions) {
+        return AskOutputPath(folder, name, extensions.front());
+    }
+
+    /// Asks for a file to open; empty when the person cancels, and where nobody can be asked.
+    /// @param folder      where the panel starts
+    /// @param extensions  of the files that are offered, without dots
+    virtual std::string AskInputPath(const std::string& /*folder*/,
+                                     const std::vector<std::string>& /*extensions*/) {
+        return "";
+    }
+
+    /// Opens a file in a window of its own, with a process of its own.
+    /// @return whether that has begun
+    virtual bool OpenInWindow(const std::string& /*path*/) { return false; }
 };
 
 /// Makes this desktop the one that answers; null for none. The caller keeps it, and keeps it alive
@@ -56,3 +75,11 @@ int AskQuestion(const std::string& headline, const std::string& text,
 /// Desktop::AskOutputPath.
 std::string AskOutputPath(const std::string& folder, const std::string& name,
                           const std::string& extension);
+
+/// Asks likewise; empty where there is no desktop. See Desktop::AskListPath, AskInputPath.
+std::string AskListPath(const std::string& folder, const std::string& name,
+                        const std::vector<std::string>& extensions);
+std::string AskInputPath(const std::string& folder, const std::vector<std::string>& extensions);
+
+/// See Desktop::OpenInWindow; false where there is no desktop.
+bool OpenInWindow(const std::string& path);

@@ -1,4 +1,9 @@
+#include "app/TerminalAnswer.h"
 #include "tests/app/Program.h"
+
+#include <QDropEvent>
+#include <QMenu>
+#include <QMimeData>
 
 namespace {
 
@@ -16,6 +21,42 @@ TEST(Launch, RefusedShowsWhyAndEnds) {
         EXPECT_EQ(desktop.texts, text);
         EXPECT_EQ(terminate.count(), 1);
     }
+}
+
+TEST(Launch, OpensWhatIsChosenAndOtherFilesInWindowsOfTheirOwn) {
+    {
+        AlertRecorder desktop;
+        AppDelegate delegate;
+        QSignalSpy terminate(&delegate, &AppDelegate::terminate);
+        delegate.applicationDidFinishLaunching({"klipra", "--choose"});
+        ASSERT_EQ(terminate.count(), 1); // cancelled
+        EXPECT_EQ(terminate.at(0).at(0).toInt(), 0);
+        EXPECT_EQ(desktop.texts, "");
+        const TemporaryFolder folder;
+        desktop.answer = folder.Write("chosen.wav", Wav(Song()));
+        delegate.applicationDidFinishLaunching({"klipra", "--choose"});
+        EXPECT_EQ(delegate.GetWindow()->windowTitle(), "chosen.wav");
+    }
+    Program program;
+    program.desktop.answer = "/x/other.mp3";
+    program.Trigger("OpenMenu");
+    EXPECT_EQ(program.desktop.question + "/a song.wav", program.path); // begins in its folder
+    auto* const recent = program.Find<QMenu>("RecentMenu");
+    Q_EMIT recent->aboutToShow();
+    EXPECT_EQ(recent->actions().at(0)->text(), "a song.wav");
+    EXPECT_FALSE(recent->actions().at(1)->isEnabled()); // is gone by now
+    recent->actions().at(0)->trigger();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile("/x/é 1.wav"), QUrl("http://x/y.mp3")});
+    QDragEnterEvent enter({}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(program.delegate.GetWindow(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop({}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(program.delegate.GetWindow(), &drop);
+    EXPECT_EQ(program.desktop.opened, "/x/other.mp3|" + program.path + "|/x/é 1.wav|");
+    EXPECT_EQ(TerminalAnswer({"klipra", "x.mp3"}) + TerminalAnswer({"klipra"}), "");
+    EXPECT_TRUE(TerminalAnswer({"klipra", "--help"}).starts_with("Usage: klipra FILE\n"));
+    EXPECT_TRUE(TerminalAnswer({"klipra", "--version"}).starts_with("Klipra "));
 }
 
 TEST(Quit, AsksOnceSomethingWasEdited) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppDelegate.h"
+#include "app/Language.h"
 #include "tests/adaptor/RecordingDelegate.h"
 #include "tests/support/AlertRecorder.h"
 
@@ -29,6 +30,7 @@ inline Samples Song() {
 struct Program {
     explicit Program(const std::string& bytes = Wav(Song()), const std::string& name = "a song.wav")
         : path(folder.Write(name, bytes)) {
+        SpeakLanguage(Language::Japanese);
         delegate.applicationDidFinishLaunching({"klipra", path});
         // Before the window is active, no key is a command.
         EXPECT_TRUE(QTest::qWaitForWindowActive(delegate.GetWindow()));

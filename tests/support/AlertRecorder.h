@@ -24,7 +24,18 @@ public:
         return answer;
     }
 
+    std::string AskInputPath(const std::string& folder,
+                             const std::vector<std::string>& /*extensions*/) override {
+        question = folder;
+        return answer;
+    }
+    bool OpenInWindow(const std::string& path) override {
+        opened += path + "|";
+        return true;
+    }
+
     std::string texts;
+    std::string opened;   ///< the files that were to be opened, each followed by a bar
     std::string question; ///< the last one: folder, proposed name and extension
     std::string answer;   ///< empty: the person cancels
     int choice = 0;       ///< the button that the person presses
