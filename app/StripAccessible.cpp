@@ -64,7 +64,9 @@ const WaveView& StripAccessible::Strip() const {
 }
 
 QString StripAccessible::text(QAccessible::Text kind) const {
-    return kind == QAccessible::Value ? ValueText(Strip()) : QAccessibleWidget::text(kind);
+    // As the description too: the bridge to the system's readers hands on a value's number alone.
+    const bool isValue = kind == QAccessible::Value || kind == QAccessible::Description;
+    return isValue ? ValueText(Strip()) : QAccessibleWidget::text(kind);
 }
 
 void* StripAccessible::interface_cast(QAccessible::InterfaceType type) {
