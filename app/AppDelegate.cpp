@@ -101,8 +101,8 @@ void AppDelegate::SetUpStrip() {
     dark.setColor(QPalette::Button, QColor(0x3A, 0x3D, 0x40));
     m_ui->waveScrollArea->setPalette(dark);
     m_ui->waveScrollArea->SetStrip(m_ui->waveView);
-    m_stripSurroundings =
-        new StripSurroundings(m_ui->waveScrollArea, m_ui->waveView, m_ui->mainLayout);
+    m_stripSurroundings = new StripSurroundings(m_ui->waveScrollArea, m_ui->waveView,
+                                                m_ui->mainLayout, m_ui->historyLabel);
     m_navigator = std::make_unique<StripNavigator>(*m_ui);
     m_quietPlaces = std::make_unique<QuietPlaces>(
         &window, m_ui->QuietListMenu, m_stripSurroundings->GetTicks(),

@@ -43,8 +43,8 @@ void AppDelegate::RequestRefresh() {
 
 void AppDelegate::Redraw() {
     m_ui->waveView->display();
-    m_stripSurroundings->Refresh();
     m_quietPlaces->Refresh();
+    m_stripSurroundings->Refresh();
     m_stripSpeech.Tell(*m_ui->waveView);
     ShowStatus();
 }

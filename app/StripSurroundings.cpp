@@ -12,9 +12,10 @@
 
 #include <algorithm>
 
-StripSurroundings::StripSurroundings(WaveScrollArea* area, WaveView* strip, QVBoxLayout* layout)
+StripSurroundings::StripSurroundings(WaveScrollArea* area, WaveView* strip, QVBoxLayout* layout,
+                                     QWidget* caption)
     : QObject(area), m_area(area), m_strip(strip), m_overview(new OverviewBar),
-      m_ruler(new TimeRuler), m_ticks(new PlaceTicks) {
+      m_ruler(new TimeRuler), m_ticks(new PlaceTicks), m_caption(caption) {
     const int place = layout->indexOf(area);
     layout->insertWidget(place, m_ruler);
     layout->insertWidget(place, m_overview);
@@ -24,6 +25,7 @@ StripSurroundings::StripSurroundings(WaveScrollArea* area, WaveView* strip, QVBo
         widget->hide();
         widget->installEventFilter(this);
     }
+    area->parentWidget()->installEventFilter(this);
     connect(m_overview, &OverviewBar::viewMoved, this, &StripSurroundings::MoveView);
     connect(area->horizontalScrollBar(), &QScrollBar::valueChanged, this,
             &StripSurroundings::Refresh);
@@ -32,7 +34,10 @@ StripSurroundings::StripSurroundings(WaveScrollArea* area, WaveView* strip, QVBo
 
 // Zooming in makes these two appear where the strip was: the wheel goes on turning for the strip.
 bool StripSurroundings::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::Wheel) {
+    if (event->type() != QEvent::Wheel || watched == m_area->parentWidget()) {
+        if (event->type() == QEvent::Resize && watched == m_area->parentWidget()) {
+            MakeRoom();
+        }
         return QObject::eventFilter(watched, event);
     }
     const auto& wheel = static_cast<QWheelEvent&>(*event);
@@ -52,6 +57,17 @@ void StripSurroundings::RestartWave() {
     m_overview->RestartWave(stream == m_stream);
     m_stream = stream;
     Refresh();
+}
+
+void StripSurroundings::MakeRoom() {
+    constexpr int kLeastBelow = 60; // pixels: three entries
+    int needed = m_caption->sizeHint().height() + kLeastBelow;
+    for (const QWidget* const widget :
+         {static_cast<QWidget*>(m_overview), static_cast<QWidget*>(m_ruler),
+          static_cast<QWidget*>(m_area), static_cast<QWidget*>(m_ticks)}) {
+        needed += widget->isHidden() ? 0 : widget->minimumHeight(); // which is fixed
+    }
+    m_caption->setVisible(m_area->parentWidget()->height() >= needed);
 }
 
 void StripSurroundings::MoveView(double left) {
@@ -86,6 +102,7 @@ void StripSurroundings::Refresh() {
     const bool isZoomed = engine->zoom > 1 && engine->channel != 0;
     m_overview->setVisible(isZoomed);
     m_ruler->setVisible(isZoomed);
+    MakeRoom();
     const int left = m_area->horizontalScrollBar()->value();
     m_ticks->SetView(left, engine->channel == 0 ? 0 : engine->bytesPerPixel);
     if (isZoomed) {

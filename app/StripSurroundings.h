@@ -18,7 +18,8 @@ class StripSurroundings : public QObject {
 
 public:
     /// Puts its widgets around the scroll area, which lies in the layout.
-    StripSurroundings(WaveScrollArea* area, WaveView* strip, QVBoxLayout* layout);
+    /// @param caption  of what lies below; gives way in a low window
+    StripSurroundings(WaveScrollArea* area, WaveView* strip, QVBoxLayout* layout, QWidget* caption);
 
     /// Shows what has become of the strip and its engine.
     void Refresh();
@@ -31,11 +32,13 @@ private:
     void MoveView(double left);
     OverviewView MakeView() const;
     double SecondsPerPixel() const;
+    void MakeRoom();
 
     WaveScrollArea* const m_area;
     WaveView* const m_strip;
     OverviewBar* const m_overview; // as the others the window's
     TimeRuler* const m_ruler;
     PlaceTicks* const m_ticks;
+    QWidget* const m_caption;
     std::uint32_t m_stream = 0; // whose wave the overview shows
 };

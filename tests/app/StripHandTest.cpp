@@ -125,6 +125,28 @@ TEST(StripByHand, KeysStepFinelyAndFarAndJumpToTheMarks) {
     EXPECT_EQ(ZoomToFit(100, 100'000, 7) + ZoomToFit(99, 100, 9), 8);
 }
 
+TEST(StripByHand, EverythingAroundTheStripHasItsRoomInALowWindow) {
+    HandledStrip program;
+    program.delegate.GetWindow()->setMinimumSize(0, 0);
+    for (const int height : {420, 700, 420}) {
+        program.delegate.GetWindow()->resize(800, height);
+        program.Trigger("QuietListMenu");
+        program.Trigger(height == 420 ? "Zoom5Menu" : "Zoom1Menu");
+        QCoreApplication::processEvents();
+        int bottom = 0;
+        for (const char* const name : {"overviewBar", "timeRuler", "waveScrollArea", "placeTicks",
+                                       "historyLabel", "HistoryOutlineView"}) {
+            const QWidget* const widget = program.Find(name);
+            if (widget->isVisible()) {
+                EXPECT_GE(widget->geometry().top(), bottom) << name << ' ' << height;
+                bottom = widget->geometry().bottom();
+            }
+        }
+        EXPECT_LT(bottom, program.Find("mainView")->height());
+        EXPECT_EQ(program.Find("historyLabel")->isVisible(), height == 700);
+    }
+}
+
 TEST(StripByHand, FramesOfAnMP3AreItsFineStep) {
     Program program(TemporaryFolder::Read(KLIPRA_CLIPS "/mono-8000.mp3"), "speech.mp3");
     QTest::keyClick(program.Find("mainView"), Qt::Key_Period);
