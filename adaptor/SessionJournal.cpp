@@ -65,7 +65,7 @@ std::set<std::string> JournalsIn(const std::string& folder) {
         return name.ends_with(kJournal) || name.ends_with(kLock);
     };
     for (const std::string& name : OwnFilesIn(folder, isChosen)) {
-        journals.insert(fs::path(folder + "/" + name).replace_extension(kJournal));
+        journals.insert((fs::path(folder) / name).replace_extension(kJournal));
     }
     return journals;
 }

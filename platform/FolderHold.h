@@ -18,6 +18,8 @@ public:
     /// Holds a folder alone, so that nobody makes an unfinished file there meanwhile; see IsHeld.
     static FolderHold Alone(const std::string& folder);
 
+    FolderHold(const FolderHold&) = delete;
+    FolderHold& operator=(const FolderHold&) = delete;
     FolderHold(FolderHold&& other) noexcept;
     FolderHold& operator=(FolderHold&&) = delete;
     ~FolderHold();

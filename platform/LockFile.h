@@ -11,6 +11,8 @@ public:
     /// Makes the file where there is none, readable by its owner alone, and locks it. Does not wait
     /// for another that has it; see IsLocked.
     explicit LockFile(std::string path);
+    LockFile(const LockFile&) = delete;
+    LockFile& operator=(const LockFile&) = delete;
     LockFile(LockFile&& other) noexcept;
     LockFile& operator=(LockFile&& other) noexcept;
     ~LockFile(); ///< unlocks it; the file stays

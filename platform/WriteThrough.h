@@ -17,6 +17,7 @@ public:
     WriteThrough();
     WriteThrough(const WriteThrough&) = delete;
     WriteThrough& operator=(const WriteThrough&) = delete;
+    ~WriteThrough() = default;
 
     /// @param descriptor  of a file that only grows; stays open until Remove
     void Add(int descriptor);
