@@ -1,5 +1,4 @@
 #include "app/AppDelegate.h"
-#include "app/HistoryOutline.h"
 #include "app/KeyList.h"
 #include "app/PreferenceWindowController.h"
 #include "platform/Desktop.h"
@@ -14,12 +13,6 @@
 #include <chrono>
 #include <thread>
 #include <utility>
-
-namespace {
-
-constexpr int kNoEntry = -1; // to the outline: the selection stays
-
-} // namespace
 
 // What the last command had to say is over, and so is what it let be heard.
 void AppDelegate::BeginCommand() {
@@ -212,48 +205,6 @@ void AppDelegate::ShowPreferenceClick(QObject* /*sender*/) {
     controller.showWindow(&window);
 }
 
-template <typename Edit>
-void AppDelegate::DoEdit(const QString& what, Edit edit) {
-    StopPlayback();
-    m_workText = what;
-    const QString replaced = m_historyTexts.ReplacedBy(*pKlipraMac, pKlipraMac->currentHistoryId);
-    const bool isDone = edit();
-    ShowStatus();
-    if (isDone) {
-        ShowMessage(replaced);
-    } else {
-        ShowFailure();
-    }
-}
-
-void AppDelegate::CutExtBtnClick(QObject* /*sender*/) {
-    DoEdit(tr("抽出しています…"), [this] { return pKlipraMac->Cut(true); });
-}
-
-void AppDelegate::CutDelBtnClick(QObject* /*sender*/) {
-    DoEdit(tr("削除しています…"), [this] { return pKlipraMac->Cut(false); });
-    ShowPosition();
-}
-
-void AppDelegate::CutUndoMenuClick(QObject* /*sender*/) {
-    std::vector<int> undone = std::move(m_undone); // selecting forgets them
-    undone.push_back(pKlipraMac->currentHistoryId);
-    m_historyOutline->Select(m_historyOutline->ParentIdOf(pKlipraMac->currentHistoryId));
-    m_undone = std::move(undone);
-    EnableUndo();
-}
-
-void AppDelegate::RedoMenuClick(QObject* /*sender*/) {
-    if (m_undone.empty()) {
-        return;
-    }
-    std::vector<int> undone = std::move(m_undone);
-    m_historyOutline->Select(undone.back());
-    undone.pop_back();
-    m_undone = std::move(undone);
-    EnableUndo();
-}
-
 void AppDelegate::AuditionMenuClick(QObject* /*sender*/) {
     if (pKlipraMac->GetDefinedCutPositionCount() != 2) {
         return;
@@ -267,38 +218,6 @@ void AppDelegate::AuditionMenuClick(QObject* /*sender*/) {
 
 void AppDelegate::KeysMenuClick(QObject* /*sender*/) {
     ShowKeyList(&window, *m_ui->menuBar);
-}
-
-void AppDelegate::SplitButtonClick(QObject* /*sender*/) {
-    DoEdit(tr("分割しています…"), [this] {
-        const int parentId = pKlipraMac->currentHistoryId;
-        const bool isSplit = pKlipraMac->Split();
-        if (!isSplit) {
-            // What was split before is gone from the tree already. Of the pieces written now the
-            // last one is current, but what is heard and seen is still what was to be split.
-            pKlipraMac->SelectHistory(parentId);
-            refreshHistoryOutlineView(parentId);
-        }
-        return isSplit;
-    });
-}
-
-void AppDelegate::SaveRangeBtnClick(QObject* /*sender*/) {
-    m_workText = tr("範囲を保存しています…");
-    pKlipraMac->SaveRange();
-    ShowSaved();
-}
-
-void AppDelegate::SaveBtnClick(QObject* /*sender*/) {
-    m_workText = tr("保存しています…");
-    std::string path;
-    if (pKlipraMac->Save(path)) {
-        pKlipraMac->UpdateHistoryItem(path);
-        m_historyTexts.NoteSaved(pKlipraMac->currentHistoryId, path);
-        EnableSaveButton();
-        refreshHistoryOutlineView(kNoEntry);
-    }
-    ShowSaved();
 }
 
 void AppDelegate::CloseBtnClick(QObject* /*sender*/) {
