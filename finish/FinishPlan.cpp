@@ -1,0 +1,84 @@
+#include "finish/FinishPlan.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+/// The sample frame that a time lies in, within the music; a millionth allowed for rounding.
+long long PositionOf(const FrameGrid& grid, double seconds) {
+    constexpr double kRounding = 1e-6; // of a sample frame
+    const double position = std::floor(seconds * grid.rateHz + kRounding);
+    return static_cast<long long>(std::clamp(position, static_cast<double>(grid.music.begin),
+                                             static_cast<double>(grid.music.end)));
+}
+
+long long FrameUnder(const FrameGrid& grid, long long position) {
+    return position / grid.samplesPerFrame;
+}
+
+long long FrameBehind(const FrameGrid& grid, long long position) {
+    return (position + grid.samplesPerFrame - 1) / grid.samplesPerFrame;
+}
+
+long long NearestFrame(const FrameGrid& grid, long long position) {
+    return (position + grid.samplesPerFrame / 2) / grid.samplesPerFrame;
+}
+
+/// Where there are no edges within a frame, those that are nearest.
+FinishPlan Rounded(const FrameGrid& grid, FinishPlan plan) {
+    if (grid.hasEdges || plan.runs.empty()) {
+        return plan;
+    }
+    FrameRun& first = plan.runs.front();
+    FrameRun& last = plan.runs.back();
+    first.begin = std::min(NearestFrame(grid, plan.wanted.begin), first.end - 1);
+    last.end = std::max(NearestFrame(grid, plan.wanted.end), last.begin + 1);
+    return plan;
+}
+
+} // namespace
+
+FinishPlan PlanExtract(const FrameGrid& grid, const CutRange& range) {
+    FinishPlan plan;
+    plan.wanted = {PositionOf(grid, range.start), PositionOf(grid, range.end)};
+    if (plan.wanted.begin < plan.wanted.end) {
+        plan.runs = {{FrameUnder(grid, plan.wanted.begin), FrameBehind(grid, plan.wanted.end)}};
+    }
+    return Rounded(grid, std::move(plan));
+}
+
+FinishPlan PlanRemoval(const FrameGrid& grid, std::span<const CutRange> ranges) {
+    FinishPlan plan;
+    plan.wanted = grid.music;
+    FrameRun run{0, FrameBehind(grid, grid.music.end)};
+    for (const CutRange& range : MergedRanges(ranges)) {
+        const long long from = PositionOf(grid, range.start);
+        const long long to = PositionOf(grid, range.end);
+        if (to >= grid.music.end) {
+            plan.wanted.end = from;
+            run.end = FrameBehind(grid, from);
+        } else if (from <= grid.music.begin || NearestFrame(grid, from) <= run.begin) {
+            if (plan.runs.empty()) {
+                plan.wanted.begin = to;
+                run.begin = FrameUnder(grid, to);
+            } else {
+                run.begin = std::max(run.begin, NearestFrame(grid, to));
+            }
+        } else if (NearestFrame(grid, from) >= NearestFrame(grid, to)) {
+            ++plan.idleRemovals;
+        } else {
+            plan.runs.push_back({run.begin, NearestFrame(grid, from)});
+            run.begin = NearestFrame(grid, to);
+        }
+    }
+    if (run.begin < run.end) {
+        plan.runs.push_back(run);
+    } else if (!plan.runs.empty()) {
+        plan.wanted.end = std::min(plan.wanted.end, plan.runs.back().end * grid.samplesPerFrame);
+    }
+    if (plan.wanted.begin >= plan.wanted.end) {
+        plan.runs.clear();
+    }
+    return Rounded(grid, std::move(plan));
+}
