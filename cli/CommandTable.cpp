@@ -193,8 +193,8 @@ CommandInfo Help() {
 const std::vector<OptionInfo>& Options() {
     static const std::vector<OptionInfo> kOptions = {
         {Option::Finish, "--finish", nullptr, ValueKind::None,
-         "WAV only: keep every chunk, those behind the samples too, and correct what they say of "
-         "places and lengths"},
+         "make joins play without a fault and headers true: an MP3 begins and ends at the very "
+         "sample in gapless players; a WAV keeps every chunk, corrected"},
         {Option::Quiet, "--quiet", nullptr, ValueKind::None, "split at quiet places"},
         {Option::Every, "--every", "T", ValueKind::Text,
          "pieces that last T, the last one shorter"},

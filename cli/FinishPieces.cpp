@@ -3,6 +3,7 @@
 #include "cli/Report.h"
 #include "cutting/CutWholeWAV.h"
 #include "cutting/WholeWAVLayout.h"
+#include "finish/FinishMP3.h"
 #include "platform/RegularFile.h"
 
 #include <algorithm>
@@ -53,14 +54,33 @@ private:
     long long m_total = 0;
 };
 
+bool FinishAllMP3(const std::string& source, const std::vector<Piece>& pieces,
+                  const std::vector<std::string>& paths, CutOutcome& outcome) {
+    std::vector<FinishPiece> toFinish;
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        FinishPiece piece{paths[i], {}, pieces[i].keep};
+        for (const TimeRange& range : pieces[i].ranges) {
+            piece.ranges.push_back({range.begin, range.end});
+        }
+        toFinish.push_back(std::move(piece));
+    }
+    const bool areFinished = FinishMP3(source.c_str(), toFinish);
+    outcome = {CutSummaries(), CutWarnings()};
+    if (areFinished) {
+        for (const FinishNote& note : FinishNotes()) {
+            ReportWarning(source, DescribeNote(note));
+        }
+    }
+    return areFinished;
+}
+
 } // namespace
 
 bool FinishPieces(const std::string& source, FormatType format, const std::vector<Piece>& pieces,
                   const std::vector<std::string>& paths, CutOutcome& outcome) {
     outcome = {};
-    if (format != FormatType::WAV) {
-        ReportError(source, "only WAV files can be finished");
-        return false;
+    if (format == FormatType::MP3) {
+        return FinishAllMP3(source, pieces, paths, outcome);
     }
     const WAVTimes times(source);
     for (std::size_t i = 0; i < pieces.size(); ++i) {
