@@ -4,10 +4,13 @@
 #include "platform/LockFile.h"
 #include "platform/OwnFiles.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
-#include <regex>
+#include <string_view>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -35,21 +38,52 @@ std::string FitSuffix(const std::string& suffix, std::size_t room) {
 
 const std::string kBeginning = "orvane.Klipra-";
 const std::string kLockBeginning = ".klipra-";
+const std::string kLockEnd = ".lock";
 
 std::string LockName(pid_t process) {
-    return kLockBeginning + std::to_string(process) + ".lock";
+    return kLockBeginning + std::to_string(process) + kLockEnd;
+}
+
+bool Take(std::string_view& text, std::string_view beginning) {
+    const bool isThere = text.starts_with(beginning);
+    text.remove_prefix(isThere ? beginning.size() : 0);
+    return isThere;
+}
+
+/// Takes as many of these characters as there are.
+/// @return how many
+std::size_t TakeAll(std::string_view& text, std::string_view characters) {
+    const std::size_t count = std::min(text.find_first_not_of(characters), text.size());
+    text.remove_prefix(count);
+    return count;
+}
+
+/// Takes a process's number, as it is written; 0 for none.
+pid_t TakeProcess(std::string_view& text) {
+    pid_t process = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), process);
+    if (error != std::errc() || process <= 0 || text.front() == '0') {
+        return 0;
+    }
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    return process;
 }
 
 /// The process that has given a file this name, as that of an edit or as its lock's; 0 for none.
-pid_t ProcessOf(const std::string& name) {
-    static const std::regex names(
-        R"(orvane\.Klipra-([1-9]\d{0,8})-[\d-]+(~[0-9a-f]+)?\.(mp3|wav)|\.klipra-([1-9]\d{0,8})\.lock)");
-    std::smatch match;
-    if (!(name.starts_with(kBeginning) || name.starts_with(kLockBeginning)) ||
-        !std::regex_match(name, match, names)) {
+pid_t ProcessOf(std::string_view name) {
+    if (Take(name, kLockBeginning)) {
+        const pid_t process = TakeProcess(name);
+        return name == kLockEnd ? process : 0;
+    }
+    if (!Take(name, kBeginning)) {
         return 0;
     }
-    return std::stoi(match[1].matched ? match[1] : match[4]);
+    const pid_t process = TakeProcess(name);
+    const bool isSuffixed = Take(name, "-") && TakeAll(name, "0123456789-") > 0;
+    if (Take(name, "~") && TakeAll(name, "0123456789abcdef") == 0) {
+        return 0;
+    }
+    return isSuffixed && (name == ".mp3" || name == ".wav") ? process : 0;
 }
 
 } // namespace
