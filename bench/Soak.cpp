@@ -1,4 +1,6 @@
+#include "adaptor/BackgroundWork.h"
 #include "adaptor/KlipraMac.h"
+#include "audio/bass.h"
 #include "platform/Desktop.h"
 
 #include <algorithm>
@@ -12,6 +14,7 @@
 #include <map>
 #include <random>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -35,7 +38,7 @@ std::size_t Digest(const std::string& path) {
     return std::hash<std::string>()({std::istreambuf_iterator<char>(file), {}});
 }
 
-/// Lays the waveform out as a window does, and shows nothing.
+/// Lays the waveform out as a window does, and shows nothing. Cancels some of the work.
 class SilentDelegate : public KlipraMacDelegate {
 public:
     KlipraMac* klipra = nullptr;
@@ -50,12 +53,28 @@ public:
     }
     void refreshHistoryOutlineView(int id) override { lastRefreshed = id; }
 
+    void AwaitWork(BackgroundWork& work) override {
+        constexpr unsigned int kOneIn = 6;
+        constexpr unsigned int kLongest = 3000; // microseconds; as long as most edits take
+        if (m_random() % kOneIn == 0) {
+            std::this_thread::sleep_for(std::chrono::microseconds(m_random() % kLongest));
+            work.Cancel();
+            m_hasCancelled = true;
+        }
+        work.Wait();
+    }
+
+    /// Whether work has been cancelled since the last time.
+    bool TakeCancelled() { return std::exchange(m_hasCancelled, false); }
+
     void AwaitScan() const { m_needRefresh.wait(KlipraMac::kRefreshWhileScanning); }
 
     int lastRefreshed = 0;
 
 private:
     std::atomic<int> m_needRefresh{0};
+    std::minstd_rand m_random;
+    bool m_hasCancelled = false;
 };
 
 /// Saves where it is told, and counts the alerts.
@@ -196,8 +215,12 @@ public:
         m_klipra.SelectHistory(1);
         m_klipra.Zoom(1);
         m_delegate.AwaitScan(); // whose decoders hold some megabytes
+        BASS_KeepLevels(FALSE); // those of the last files that were measured
+        BASS_KeepLevels(TRUE);
         return Holdings::Now();
     }
+
+    int Cancelled() const { return m_cancelled; }
 
     void Step(int step) {
         m_step = step;
@@ -241,9 +264,12 @@ private:
         SetRange();
         const int parentId = m_klipra.currentHistoryId;
         const std::string name = m_klipra.GetCurrentHistoryItemName() + "-1";
+        m_delegate.TakeCancelled();
         if (m_klipra.GetDefinedCutPositionCount() == 2 && m_klipra.Cut(m_random() % 2 == 0)) {
             m_model.DropChildren(parentId);
             AddEntry(parentId, name);
+        } else if (m_delegate.TakeCancelled()) {
+            ++m_cancelled;
         }
     }
 
@@ -252,11 +278,24 @@ private:
         const int parentId = m_klipra.currentHistoryId;
         const int lastId = m_klipra.lastHistoryId;
         const std::string label = m_klipra.GetCurrentHistoryItemName() + "-";
-        if (m_klipra.Split()) {
+        m_delegate.TakeCancelled();
+        const int alerts = m_desktop.alerts;
+        const bool isSplit = m_klipra.Split();
+        const bool hasFailed = m_desktop.alerts > alerts; // a piece holds no audio
+        const bool isCancelled = m_delegate.TakeCancelled() && !isSplit && !hasFailed;
+        if (!isSplit && !isCancelled && !hasFailed) {
+            return;
+        }
+        m_model.DropChildren(parentId);
+        for (int id = lastId + 1; id <= m_klipra.lastHistoryId; ++id) {
+            AddEntry(parentId, label + std::to_string(id - lastId), id);
+        }
+        if (isCancelled) {
+            ++m_cancelled;
             m_model.DropChildren(parentId);
-            for (int id = lastId + 1; id <= m_klipra.lastHistoryId; ++id) {
-                AddEntry(parentId, label + std::to_string(id - lastId), id);
-            }
+            Require(m_klipra.currentHistoryId == parentId, "where a cancelled split ends", m_step);
+        } else if (hasFailed) {
+            m_klipra.SelectHistory(parentId); // as a window does
         }
     }
 
@@ -277,7 +316,15 @@ private:
 
     void Save() {
         std::string path;
-        Require(m_klipra.Save(path) && path == m_savedPath, "saving", m_step);
+        m_delegate.TakeCancelled();
+        const std::size_t before = Digest(m_savedPath);
+        if (!m_klipra.Save(path)) {
+            Require(m_delegate.TakeCancelled(), "saving", m_step);
+            Require(Digest(m_savedPath) == before, "the file that was there", m_step);
+            ++m_cancelled;
+            return;
+        }
+        Require(path == m_savedPath, "where it was saved", m_step);
         m_klipra.UpdateHistoryItem(path);
         HistoryModel::Entry& entry = m_model[m_klipra.currentHistoryId];
         entry.name.append(" ").append(fs::path(path).filename().string());
@@ -300,7 +347,7 @@ private:
     void AddEntry(int parentId, const std::string& name, int id = 0) {
         id = id == 0 ? m_klipra.currentHistoryId : id;
         m_model.Add(id, parentId, name, false, Digest(m_klipra.FindHistoryItem(id)->path));
-        Require(m_delegate.lastRefreshed == m_klipra.currentHistoryId, "the outline", m_step);
+        Require(m_delegate.lastRefreshed == m_klipra.lastHistoryId, "the outline", m_step);
     }
 
     /// Every file that can be gone back to, and the opened one, is as it was made.
@@ -321,6 +368,7 @@ private:
     KlipraMac m_klipra;
     std::string m_savedPath;
     int m_step = 0;
+    int m_cancelled = 0;
 };
 
 } // namespace
@@ -343,8 +391,8 @@ int main(int argc, char** argv) {
         }
     }
     const Holdings after = soak.HoldingsAtRest();
-    std::printf("%d steps done: memory %ld -> %ld kB, descriptors %ld -> %ld\n", steps,
-                before.residentKilobytes, after.residentKilobytes, before.descriptors,
-                after.descriptors);
+    std::printf("%d steps done, %d cancelled: memory %ld -> %ld kB, descriptors %ld -> %ld\n",
+                steps, soak.Cancelled(), before.residentKilobytes, after.residentKilobytes,
+                before.descriptors, after.descriptors);
     return after.IsAsGoodAs(before) ? 0 : 1;
 }
