@@ -62,11 +62,11 @@ TEST(SideInfos, AreReadAndWrittenInAllFourSizes) {
             // The last part ends with the last byte: its window switch stands 25 or 24 bits before.
             const std::size_t size = isLSF ? (isSingle ? 9 : 17) : (isSingle ? 17 : 32);
             const auto bit = [&](std::size_t at) {
-                return (bytes[at / 8] >> (7 - at % 8) & 1U) != 0;
+                return (static_cast<unsigned int>(bytes[at / 8]) >> (7 - at % 8) & 1U) != 0;
             };
             const auto info = bitstream::SideInfo::Read(bytes, isLSF, isSingle);
             EXPECT_EQ(info.parts[isLSF ? 0 : 1][channels - 1].isWindowSwitched,
-                      bit(8 * size - (isLSF ? 25 : 26)));
+                      bit(8 * size - (isLSF ? 25U : 26U)));
             const std::uint8_t private1 = bytes[1];
             bitstream::SideInfo::WriteMainDataBegin(bytes, isLSF, 201);
             EXPECT_EQ(bitstream::SideInfo::Read(bytes, isLSF, isSingle).mainDataBegin, 201U);
