@@ -59,7 +59,7 @@ TEST(SideInfos, AreReadAndWrittenInAllFourSizes) {
                 byte = static_cast<std::uint8_t>(random());
             }
             const unsigned int channels = isSingle ? 1 : 2;
-            // The last part ends with the last byte: its window switch stands 25 or 24 bits before.
+            // The last part ends with the last byte: its window switch stands 26 or 25 bits before.
             const std::size_t size = isLSF ? (isSingle ? 9 : 17) : (isSingle ? 17 : 32);
             const auto bit = [&](std::size_t at) {
                 return (static_cast<unsigned int>(bytes[at / 8]) >> (7 - at % 8) & 1U) != 0;
