@@ -72,6 +72,28 @@ void MeasureZoomChanges(KlipraMac& klipra, WaveView& view) {
     }
 }
 
+/// Removes the middle of the file, as the menu does, and tells how long that took and for how long
+/// the window did not answer meanwhile.
+void MeasureRemoval(KlipraMac& klipra) {
+    for (const bool isStart : {true, false}) {
+        klipra.SetCurrentPosition(klipra.length / 100 * (isStart ? 49 : 51));
+        isStart ? klipra.SetStartPosition() : klipra.SetEndPosition();
+    }
+    qint64 longest = 0;
+    QElapsedTimer all;
+    QElapsedTimer beat;
+    QTimer heart;
+    heart.callOnTimeout([&] { longest = std::max(longest, beat.nsecsElapsed()), beat.start(); });
+    heart.start(0);
+    all.start();
+    beat.start();
+    const bool isCut = klipra.Cut(false);
+    longest = std::max(longest, beat.nsecsElapsed());
+    std::printf("removal of a fiftieth %-22s %10.2f ms (longest pause %.2f)\n",
+                isCut ? "" : "failed", Milliseconds(all),
+                static_cast<double>(longest) * kMillisecondsANanosecond);
+}
+
 /// Mean and longest repaint of the strip, in milliseconds.
 std::pair<double, double> MeasureRepaints(WaveView& view) {
     constexpr int kRepaints = 200;
@@ -142,6 +164,7 @@ int main(int argc, char** argv) {
     Idle(kRest);
     std::printf("processor time of %d s at rest                 %8.2f ms\n", kRest / 1000,
                 ProcessorMilliseconds() - before);
+    MeasureRemoval(*klipra);
     delegate.applicationWillTerminate();
     return mean <= kRepaintBound ? 0 : 1;
 }
