@@ -283,11 +283,12 @@ TEST_F(CommandLineFaults, OfDisksAreNamedAndLeaveTheOldFiles) {
     m_folder.Write("old-2.wav", "old");
     m_folder.Write("b.mp3", Mp3Builder().Frames(1000).Bytes());
     const std::string cases[][3] = {
-        // The sanitizers' own writes come first.
+#if !defined(__SANITIZE_ADDRESS__) // which writes too, and does not stand a failure
         {"write:error=EIO:when=5", "extract a.WAV 1 90 old-1.wav",
          "'old-1.wav': cannot be written"},
         {"write:error=ENOSPC:when=5", "extract a.WAV 1 90 old-1.wav",
          "'old-1.wav': the disk is full"},
+#endif
         {"/^rename:error=EIO:when=1", "cut a.WAV 1 2 old-1.wav",
          "'old-1.wav': cannot be written: Input/output"},
         {"/^rename:error=EIO:when=2", "split a.WAV 50 old-%.wav",

@@ -95,7 +95,8 @@ protected:
                 return true;
             }
             if (i > 0 && states[i] == states[i - 1]) {
-                return false;
+                // But nothing is, marks of the opened file neither, before the first edit.
+                return EntriesOf(states[i]).size() == 1 && EntriesOf(state).size() == 1;
             }
         }
         return states.empty();
