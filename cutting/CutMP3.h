@@ -26,24 +26,25 @@ class CVBRHeader;
 /// on this thread.
 ///
 /// Not re-entrant, like all cutters: the output is held in a variable of the module.
-bool CutMP3File(const char* src, const char* dst, float start, float end, bool keep);
+[[nodiscard]] bool CutMP3File(const char* src, const char* dst, float start, float end, bool keep);
 
 /// CutMP3File for people: a frame at the end of the file that it holds only the beginning of is
 /// left out, where the other one fails; a result without any frame is a failure, and so is a source
 /// that becomes unreadable behind its audio. CutWarnings tells what was found on the way.
-bool CutMP3WholeFrames(const char* src, const char* dst, float start, float end, bool keep);
+[[nodiscard]] bool CutMP3WholeFrames(const char* src, const char* dst, float start, float end,
+                                     bool keep);
 
 /// Writes several ranges, each to a file of its own, in one walk over the source: the very files
 /// that CutMP3WholeFrames would write. Their order is free, and they may overlap.
 /// @return whether all outputs were written. On false all of them are deleted, and CutFailure tells
 /// why. An output must not be another one.
-bool CutMP3Pieces(const char* src, std::span<const CutPiece> pieces);
+[[nodiscard]] bool CutMP3Pieces(const char* src, std::span<const CutPiece> pieces);
 
 /// Writes everything but several ranges, in one walk: every frame that touches none of them, the
 /// first and the last one included, and the frame that each range begins in. Tags, VBR header and
 /// what is wrong as for CutMP3WholeFrames.
 /// @param ranges  in any order; those that touch are one
-bool CutMP3AllBut(const char* src, const char* dst, std::span<const CutRange> ranges);
+[[nodiscard]] bool CutMP3AllBut(const char* src, const char* dst, std::span<const CutRange> ranges);
 
 /// Copies one frame to the output of the cut under way and notes where it lies there in the VBR
 /// header's rewrite table.
@@ -66,4 +67,4 @@ int CountFrames(CMPAFile* file);
 /// output of the cut under way: every field that the header holds, and no other, as far as they lie
 /// in the header's frame.
 /// @return whether all was written. Throws CMPAException when the source cannot be read.
-bool RewriteVBRHeader(std::FILE* output, CVBRHeader* header);
+[[nodiscard]] bool RewriteVBRHeader(std::FILE* output, CVBRHeader* header);

@@ -16,7 +16,7 @@
 /// @return whether the output was written. On false dst is deleted, and CutFailure tells why.
 ///
 /// Not re-entrant: both files are held in variables of the module.
-bool CutWAVFile(const char* src, const char* dst, float start, float end, bool keep);
+[[nodiscard]] bool CutWAVFile(const char* src, const char* dst, float start, float end, bool keep);
 
 /// Copies bytes from the source to the output of the cut under way, in blocks of 4096: of a source
 /// that ends before them, only whole blocks are copied.

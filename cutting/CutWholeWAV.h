@@ -17,23 +17,25 @@
 
 /// Writes a range, or everything but it, with every chunk of the source: those that say where
 /// something is, or what the samples are like, are corrected or left out, all sizes true.
-bool CutWholeWAV(const char* src, const char* dst, double start, double end, bool keep);
+[[nodiscard]] bool CutWholeWAV(const char* src, const char* dst, double start, double end,
+                               bool keep);
 
 /// The same for the samples of several ranges, in ascending order and without overlap: what edits
 /// one after the other have left over.
-bool FinishWAV(const char* src, const char* dst, const std::vector<SampleRange>& kept);
+[[nodiscard]] bool FinishWAV(const char* src, const char* dst,
+                             const std::vector<SampleRange>& kept);
 
 /// Why neither CutWAVFile nor CutWholeWAV takes a file: CompressedWAV, NotWAV, NoSamples ...; None
 /// where one of them does. CutFailure stays as it is.
-CutReason WhyNoCutterTakes(const char* path);
+[[nodiscard]] CutReason WhyNoCutterTakes(const char* path);
 
 /// CutWAVFile where that takes the source, CutWholeWAV where it does not.
-bool CutAnyWAV(const char* src, const char* dst, double start, double end, bool keep);
+[[nodiscard]] bool CutAnyWAV(const char* src, const char* dst, double start, double end, bool keep);
 
 /// Writes several ranges, each to a file of its own, as CutAnyWAV would; but an end behind the
 /// samples is their end also where CutWAVFile would read on, and a piece without samples a failure.
-bool CutWAVPieces(const char* src, std::span<const CutPiece> pieces);
+[[nodiscard]] bool CutWAVPieces(const char* src, std::span<const CutPiece> pieces);
 
 /// Writes everything but several ranges, likewise.
 /// @param ranges  in any order; those that touch are one
-bool CutWAVAllBut(const char* src, const char* dst, std::span<const CutRange> ranges);
+[[nodiscard]] bool CutWAVAllBut(const char* src, const char* dst, std::span<const CutRange> ranges);

@@ -71,7 +71,7 @@ private:
 /// Parses the source and has something written from it. Whatever is thrown then ends in CutFailure;
 /// what the parser has to say is shown in its own words too.
 /// @return whether nothing was thrown, and the source is still what it was
-bool WithMP3Source(const char* source, const std::function<void(CMPAFile&)>& write);
+[[nodiscard]] bool WithMP3Source(const char* source, const std::function<void(CMPAFile&)>& write);
 
 /// The number of frames after the first one that the source's VBR header tells; 0 for none.
 long long CountInHeader(const CMPAFile& source);

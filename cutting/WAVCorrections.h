@@ -25,5 +25,7 @@ bool IsCorrected(const std::string& id, const std::string& type);
 /// its update of 1994), bext that of EBU Tech 3285; PEAK, levl and "MD5 " describe the samples as a
 /// whole.
 /// @return none where nothing is left to tell
-std::optional<std::string> CorrectChunk(const std::string& id, const std::string& payload,
-                                        const CuePoints& points, const WAVChunkMap& map);
+[[nodiscard]] std::optional<std::string> CorrectChunk(const std::string& id,
+                                                      const std::string& payload,
+                                                      const CuePoints& points,
+                                                      const WAVChunkMap& map);

@@ -41,4 +41,4 @@ struct WAVLayout {
 /// An odd-sized chunk is followed by a pad byte where the byte after it is zero, and by the next
 /// chunk where it is not: there are writers that leave the pad byte out.
 /// @return None, or why the file has no such layout
-CutReason ReadWAVLayout(std::FILE* file, WAVLayout& layout);
+[[nodiscard]] CutReason ReadWAVLayout(std::FILE* file, WAVLayout& layout);

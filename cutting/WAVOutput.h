@@ -50,7 +50,7 @@ struct WAVSource {
 /// Opens the source and has something written from it. Whatever is thrown then ends in CutFailure,
 /// and all outputs are deleted.
 /// @return whether nothing was thrown, and the source is still what it was
-bool WithWAVSource(const char* path, const std::function<void(WAVSource&)>& write);
+[[nodiscard]] bool WithWAVSource(const char* path, const std::function<void(WAVSource&)>& write);
 
 /// Creates an output, has it written, and closes it. Throws CutError.
 void WriteWAV(WAVSource& source, const std::string& path,

@@ -132,7 +132,7 @@ private:
     }
 
     void ReadSizes(const Chunk& chunk) {
-        constexpr long long kMost = static_cast<long long>(kTableBegin + kMostChunks * kTableEntry);
+        constexpr long long kMost{kTableBegin + kMostChunks * kTableEntry};
         const std::string bytes = Read(chunk.Payload(), std::min(chunk.size, kMost));
         if (bytes.size() >= 16) {
             m_dataSize = GetLittleEndian(bytes, 8, 8);

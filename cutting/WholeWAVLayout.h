@@ -44,4 +44,4 @@ struct WholeWAVLayout {
 /// point, A-law, µ-law, also behind the extensible tag). A data size of 0, of 0xFFFFFFFF or beyond
 /// the file means all that follows. An odd-sized chunk's pad byte may be missing, see WAVLayout.
 /// @return None, or why it cannot be cut: CompressedWAV for samples of another format
-CutReason ReadWholeWAVLayout(std::FILE* file, WholeWAVLayout& layout);
+[[nodiscard]] CutReason ReadWholeWAVLayout(std::FILE* file, WholeWAVLayout& layout);

@@ -129,6 +129,17 @@ TEST_F(CutMP3, TheSeekTableTellsWhereEachHundredthBegins) {
                 HeaderWith(source, 8, fields) + source.Bytes().substr(kFrameBytes));
 }
 
+TEST_F(CutMP3, TheSeekTableBeginsWithTheFirstFrame) {
+    // A second frame of the first hundredth lies a 256th of the whole behind the first, or further.
+    for (const unsigned int frames : {101U, 255U}) {
+        const auto source = Mp3Builder().Xing(7, 1).Frames(frames);
+        const auto table = static_cast<std::size_t>(source.VbrHeaderOffset()) + 16;
+        const std::string output = Cut(source, 0.0F, static_cast<float>(frames) - 1.5F);
+        EXPECT_EQ(output.substr(table, 1), std::string(1, '\0')) << frames;
+        EXPECT_NE(output.substr(table + 1, 1), std::string(1, '\0')) << frames;
+    }
+}
+
 TEST_F(CutMP3, RewritesCountsThatWereWrongUnknownOrOfAVBRIHeader) {
     const auto known = Mp3Builder().Xing(3, 30, 30 * kFrameBytes).Lame().Frames(30);
     EXPECT_EQ(Cut(known, 100.0F, 110.0F), HeaderWith(known, 8, BigEndian(0) + BigEndian(0)));

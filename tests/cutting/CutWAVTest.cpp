@@ -90,6 +90,11 @@ TEST_F(CutWAV, AnEndThatOnlyRoundingPutBehindTheSamplesIsTheirEnd) {
     EXPECT_TRUE(CutWAVFile(m_source.c_str(), m_output.c_str(), 17006.0F, end, true));
     const auto start = static_cast<std::uint32_t>(17006.0F * 176400.0F) / 4 * 4;
     EXPECT_EQ(std::filesystem::file_size(m_output), source.Header().size() + kSamples - start);
+
+    // That is no rounding: what is read last is no whole piece, and left out.
+    const float late = end + 200.0F * (std::nextafter(end, 1e9F) - end);
+    EXPECT_TRUE(CutWAVFile(m_source.c_str(), m_output.c_str(), 17006.0F, late, true));
+    EXPECT_LT(std::filesystem::file_size(m_output), source.Header().size() + kSamples - start);
 }
 
 TEST_F(CutWAV, RefusesWhatItCannotCutAndLeavesNoOutput) {

@@ -20,7 +20,8 @@ TEST(CTags, FindsEveryKindBesideEveryOtherAtBothEnds) {
         Mp3Builder().Id3v2(500, true),
         Mp3Builder().Ape(200),
         Mp3Builder().Ape(70, false, 1000),
-        Mp3Builder().Lyrics3v1(5089), // the longest there is
+        Mp3Builder().Ape(70, false, 1000).Patch(-12, {0, 0, 0, '\x80'}), // claims a header in vain
+        Mp3Builder().Lyrics3v1(5089),                                    // the longest there is
         Mp3Builder().Lyrics3v2(112),
         Mp3Builder().MusicMatch(0),
         Mp3Builder().MusicMatch(300, 8004, true),
