@@ -35,6 +35,7 @@ std::int64_t PeakGrid::LastUpTo(std::int64_t sampleFrame) const {
 
 std::int64_t PeakGrid::BlockBegin(std::int64_t block) const {
     // None is negative, so that this rounds as a measurement does.
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings)
     return static_cast<std::int64_t>(static_cast<double>(block) * kBlockSeconds * m_rateHz + 0.5);
 }
 

@@ -81,7 +81,7 @@ SF_VIRTUAL_IO WavDecoder::Callbacks() {
     return callbacks;
 }
 
-std::unique_ptr<WavDecoder> WavDecoder::Open(std::shared_ptr<const File> file) {
+std::unique_ptr<WavDecoder> WavDecoder::Open(const std::shared_ptr<const File>& file) {
     SF_INFO info{};
     SF_VIRTUAL_IO callbacks = Callbacks();
     auto input = std::make_unique<Input>(Input{file, 0, file->State().sizeBytes, 0, {}});

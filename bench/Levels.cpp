@@ -38,11 +38,13 @@ public:
             BASS_ChannelBytes2Seconds(m_stream, bytes / static_cast<QWORD>(columns)));
         for (int column = 0; m_stream != 0 && column < columns; ++column) {
             float peaks[2] = {};
-            for (float left = seconds; left > 0.0F; left -= std::min(left, 1.0F)) {
+            float left = seconds;
+            while (left > 0.0F) {
                 float part[2] = {};
                 BASS_ChannelGetLevelEx(m_stream, part, std::min(left, 1.0F), BASS_LEVEL_STEREO);
                 peaks[0] = std::max(peaks[0], part[0]);
                 peaks[1] = std::max(peaks[1], part[1]);
+                left -= std::min(left, 1.0F);
             }
             levels.insert(levels.end(), std::begin(peaks), std::end(peaks));
         }

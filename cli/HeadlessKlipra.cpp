@@ -12,7 +12,7 @@ namespace {
 
 // Why this thread's last attempt to open a file failed, unless it is for what the file holds.
 void ReportOpenFailure(const std::string& path, const char* otherwise) {
-    BASS_READFAILURE failure;
+    BASS_READFAILURE failure{};
     const bool isKnown = BASS_GetOpenFailure(&failure) != FALSE;
     ReportError(path, isKnown ? SystemErrorText(static_cast<int>(failure.error)) : otherwise);
 }
@@ -28,7 +28,7 @@ void ReportScanFailure(const std::string& path) {
 }
 
 bool ReportReadFailure(const std::string& path, std::uint32_t stream) {
-    BASS_READFAILURE failure;
+    BASS_READFAILURE failure{};
     if (BASS_ChannelGetReadFailure(stream, &failure) == FALSE) {
         return true;
     }

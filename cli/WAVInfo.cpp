@@ -11,7 +11,8 @@
 namespace {
 
 double Seconds(long long dataBytes, long long blockAlign, double rateHz) {
-    return rateHz > 0.0 ? static_cast<double>(dataBytes / blockAlign) / rateHz : 0.0;
+    const long long sampleFrames = dataBytes / blockAlign;
+    return rateHz > 0.0 ? static_cast<double>(sampleFrames) / rateHz : 0.0;
 }
 
 Json Chunk(const std::string& id, long long offset, long long size) {

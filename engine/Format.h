@@ -5,12 +5,12 @@
 /// What there is to know of a format that can be edited.
 struct Format {
     FormatType type{};
-    const char* name;        ///< "MP3"
-    const char* extension;   ///< of its files, lower case, without a dot: "mp3"
-    const char* description; ///< English, with the article, before "file": "an MP3"
+    const char* name = nullptr;        ///< "MP3"
+    const char* extension = nullptr;   ///< of its files, lower case, without a dot: "mp3"
+    const char* description = nullptr; ///< English, with the article, before "file": "an MP3"
 
     /// Its cutter, CutMP3WholeFrames or CutAnyWAV.
-    bool (*cut)(const char* src, const char* dst, double start, double end, bool keep);
+    bool (*cut)(const char* src, const char* dst, double start, double end, bool keep) = nullptr;
 };
 
 /// The format of a type; null for FormatType{}.

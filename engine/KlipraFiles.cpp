@@ -101,7 +101,7 @@ bool Klipra::IsUsedByHistory(const std::string& path) const {
 }
 
 std::string Klipra::ResolveOutput(const std::string& path) {
-    const std::string target = FollowLink(path);
+    std::string target = FollowLink(path);
     if (target.empty()) {
         m_lastFailure.problem = {CutReason::OutputNotCreatable, path, ENOENT};
     }

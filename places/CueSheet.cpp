@@ -25,7 +25,7 @@ bool IsSame(const std::string& a, const char* b) {
 std::string TakeWord(std::string& text) {
     constexpr char kBlanks[] = " \t";
     text.erase(0, text.find_first_not_of(kBlanks));
-    const std::string word = text.substr(0, text.find_first_of(kBlanks));
+    std::string word = text.substr(0, text.find_first_of(kBlanks));
     text.erase(0, word.size());
     text.erase(0, text.find_first_not_of(kBlanks));
     text.erase(text.find_last_not_of(kBlanks) + 1);

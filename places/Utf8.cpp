@@ -71,6 +71,7 @@ bool ToUtf8(std::string& text) {
     // As Windows writes it, which is where such lists come from.
     const std::unique_ptr<void, int (*)(iconv_t)> converter(iconv_open("UTF-8", "CP932"),
                                                             iconv_close);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the answer that iconv_open has for a failure
     if (converter.get() == reinterpret_cast<iconv_t>(-1)) {
         return false;
     }

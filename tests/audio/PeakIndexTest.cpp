@@ -48,6 +48,7 @@ protected:
                                             const std::vector<Step>& steps) {
         const HSTREAM stream = Open(path);
         std::vector<Measured> all;
+        all.reserve(steps.size());
         for (const Step& step : steps) {
             all.push_back(Measure(stream, step));
         }
@@ -84,6 +85,7 @@ protected:
         const auto works = Works(Length(plain), BASS_ChannelBytes2Seconds(plain, Length(plain)));
         BASS_StreamFree(plain);
         std::vector<std::vector<Measured>> expected;
+        expected.reserve(works.size());
         for (const auto& work : works) {
             expected.push_back(MeasureAll(path, work));
         }
@@ -168,6 +170,7 @@ TEST_F(PeakIndexes, AreFilledByOneAtATimeOfMany) {
         const HSTREAM stalled = Open(path); // has begun, and goes on when all others are done
         const Measured begun = Measure(stalled, works[0][0]);
         std::vector<std::thread> threads;
+        threads.reserve(4);
         for (int thread = 0; thread < 4; ++thread) {
             threads.emplace_back([&, thread] {
                 const auto& work = works[static_cast<std::size_t>(thread % 2)];

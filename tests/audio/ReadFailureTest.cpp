@@ -74,8 +74,10 @@ TEST_F(ReadingErrors, WhileAFileIsOpenedLeavesOutWhatIsDamagedAndIsNotKept) {
     const std::int64_t before = failure->sampleFrame * 2;
     EXPECT_TRUE(std::equal(rest.begin(), rest.begin() + before, whole.begin()));
     EXPECT_TRUE(std::equal(rest.end() - 100'000, rest.end(), whole.end() - 100'000));
-    const auto page = static_cast<double>(whole.size() * 4096 / mp3.size() / 2);
-    EXPECT_NEAR(static_cast<double>(std::ssize(whole) / 2 - opened), page, 3 * 1152);
+    const auto page =
+        4096.0 / 2.0 * static_cast<double>(whole.size()) / static_cast<double>(mp3.size());
+    EXPECT_NEAR(static_cast<double>(std::ssize(whole)) / 2.0 - static_cast<double>(opened), page,
+                3 * 1152);
 
     damaged->m_begin = 0;
     EXPECT_NE(OpenDecoder(damaged, 1), nullptr);

@@ -315,6 +315,7 @@ TEST_F(CutWholeWAVs, PiecesAndSeveralRangesOfEitherKind) {
         const std::string before = isPlain ? format : odd + format;
         m_folder.Write("source.wav", Riff(before) + "data" + Number(0xFFFFFFFF) + all);
         std::vector<CutPiece> pieces;
+        pieces.reserve(ranges.size());
         for (const CutRange& range : ranges) {
             pieces.push_back({m_folder.Path(std::to_string(pieces.size())), range});
         }
