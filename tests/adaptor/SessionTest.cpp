@@ -126,12 +126,24 @@ TEST_F(Sessions, AreAskedForUntilAnsweredAndEndWithAnOrderlyEndOnly) {
 }
 
 TEST_F(Sessions, OfLivingWindowsAreTheirOwnAndEachOfTheDeadIsOffered) {
-    {
+    // In a process of its own: one that has threads is not to be forked.
+    const std::string ready = m_folder.Path("ready");
+    const pid_t living = fork();
+    if (living == 0) {
         const auto one = Start(1);
         EXPECT_TRUE(one->Cut(0, 16'000));
-        const std::string two = DieAfterCuts(2, 1);
-        EXPECT_EQ(two.find("#-1-1|#-1"), two.rfind("#-1-1|")) << "not upon the first's cut";
-    } // told to end
+        m_folder.Write("ready", "");
+        for (;;) {
+            pause();
+        }
+    }
+    while (!fs::exists(ready) && waitpid(living, nullptr, WNOHANG) == 0) {
+        usleep(1000);
+    }
+    const std::string two = DieAfterCuts(2, 1);
+    EXPECT_EQ(two.find("#-1-1|#-1"), two.rfind("#-1-1|")) << "not upon the first's cut";
+    kill(living, SIGKILL);
+    waitpid(living, nullptr, 0);
     EXPECT_EQ(Journals().size(), 2U);
     EXPECT_EQ(Start(0)->adaptor.histories.size(), 1U);
     EXPECT_TRUE(WasAsked());
