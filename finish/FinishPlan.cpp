@@ -25,8 +25,9 @@ long long NearestFrame(const FrameGrid& grid, long long position) {
     return (position + grid.samplesPerFrame / 2) / grid.samplesPerFrame;
 }
 
-/// Where there are no edges within a frame, those that are nearest.
-FinishPlan Rounded(const FrameGrid& grid, FinishPlan plan) {
+} // namespace
+
+FinishPlan AtFrames(const FrameGrid& grid, FinishPlan plan) {
     if (grid.hasEdges || plan.runs.empty()) {
         return plan;
     }
@@ -37,15 +38,13 @@ FinishPlan Rounded(const FrameGrid& grid, FinishPlan plan) {
     return plan;
 }
 
-} // namespace
-
 FinishPlan PlanExtract(const FrameGrid& grid, const CutRange& range) {
     FinishPlan plan;
     plan.wanted = {PositionOf(grid, range.start), PositionOf(grid, range.end)};
     if (plan.wanted.begin < plan.wanted.end) {
         plan.runs = {{FrameUnder(grid, plan.wanted.begin), FrameBehind(grid, plan.wanted.end)}};
     }
-    return Rounded(grid, std::move(plan));
+    return AtFrames(grid, std::move(plan));
 }
 
 FinishPlan PlanRemoval(const FrameGrid& grid, std::span<const CutRange> ranges) {
@@ -80,5 +79,5 @@ FinishPlan PlanRemoval(const FrameGrid& grid, std::span<const CutRange> ranges) 
     if (plan.wanted.begin >= plan.wanted.end) {
         plan.runs.clear();
     }
-    return Rounded(grid, std::move(plan));
+    return AtFrames(grid, std::move(plan));
 }

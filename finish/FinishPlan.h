@@ -35,3 +35,6 @@ FinishPlan PlanExtract(const FrameGrid& grid, const CutRange& range);
 /// What is kept where ranges are removed: inside the music at the nearest frames, at its ends
 /// exactly.
 FinishPlan PlanRemoval(const FrameGrid& grid, std::span<const CutRange> ranges);
+
+/// Where a result cannot begin and end within a frame: at the frames that are nearest.
+FinishPlan AtFrames(const FrameGrid& grid, FinishPlan plan);
