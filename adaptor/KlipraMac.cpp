@@ -84,6 +84,10 @@ bool KlipraMac::CutExec(bool keep, const std::string& source, const std::string&
     return DoWork([&] { return Klipra::CutExec(keep, source, target, start, end); });
 }
 
+bool KlipraMac::FinishExec(const EditedAudio& audio, const std::string& target) {
+    return DoWork([&] { return Klipra::FinishExec(audio, target); });
+}
+
 bool KlipraMac::CopyFile(const std::string& from, const std::string& to) {
     return DoWork([&] {
         const bool isCopied = CopyFileReplacing(from, to);

@@ -65,6 +65,8 @@ public:
                  unsigned long long start, unsigned long long end) override;
     /// An existing second file is replaced at once and whole; on a thread of its own as well.
     bool CopyFile(const std::string& from, const std::string& to) override;
+    /// On a thread of its own, likewise.
+    bool FinishExec(const EditedAudio& audio, const std::string& target) override;
     void ErrorMsg(int code) override;
     /// Does something on a thread of its own, see KlipraMacDelegate::AwaitWork; what it has to say
     /// to the person is shown when it is done.

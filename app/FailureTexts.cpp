@@ -50,6 +50,8 @@ public:
             return tr("ファイルに書き込めません");
         case CutReason::DiskFull:
             return tr("ディスクに空きがありません");
+        case CutReason::EditAltered:
+            return tr("編集した音声のファイルが別のプログラムに変更されています");
         case CutReason::OutOfMemory:
             return tr("メモリーが足りません");
         }

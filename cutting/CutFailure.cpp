@@ -55,6 +55,8 @@ const char* Text(CutReason reason) {
         return "cannot be written";
     case CutReason::DiskFull:
         return "the disk is full";
+    case CutReason::EditAltered:
+        return "the edit's file was altered by another program";
     case CutReason::Cancelled:
         return "cancelled";
     case CutReason::OutOfMemory:

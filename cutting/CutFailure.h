@@ -25,6 +25,7 @@ enum class CutReason {
     OutputNotCreatable, ///< has an error number
     OutputNotWritable,  ///< has an error number
     DiskFull,           ///< or the person's share of it is used up
+    EditAltered,        ///< the file of an edit holds other audio than the edit has put there
     Cancelled,          ///< by whoever installed a CutProgress
     OutOfMemory,
 };

@@ -14,8 +14,8 @@ void ResetCutSummaries() {
     summaries.clear();
 }
 
-void BeginCutSummary(const std::string& path, double unitSeconds) {
-    summaries.push_back({path, unitSeconds, {}});
+void BeginCutSummary(const std::string& path, double unitSeconds, long long unitSamples) {
+    summaries.push_back({path, unitSeconds, {}, unitSamples});
 }
 
 void AddToCutSummary(long long first, long long count) {

@@ -12,9 +12,10 @@ struct CutRun {
 
 /// What a cut has put into one output.
 struct CutSummary {
-    std::string path;         ///< the output, as the cutter was given it
-    double unitSeconds = 0.0; ///< that one unit plays
-    std::vector<CutRun> runs; ///< in the order of the output
+    std::string path;          ///< the output, as the cutter was given it
+    double unitSeconds = 0.0;  ///< that one unit plays
+    std::vector<CutRun> runs;  ///< in the order of the output
+    long long unitSamples = 1; ///< of each channel, in one unit
 };
 
 /// What the last cut has written, an entry for each output; to be read when it has succeeded.
@@ -23,6 +24,6 @@ const std::vector<CutSummary>& CutSummaries();
 // For the cutters.
 
 void ResetCutSummaries();
-void BeginCutSummary(const std::string& path, double unitSeconds);
+void BeginCutSummary(const std::string& path, double unitSeconds, long long unitSamples = 1);
 /// So many more units, of the output that was begun last.
 void AddToCutSummary(long long first, long long count);

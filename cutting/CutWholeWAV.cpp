@@ -57,7 +57,7 @@ long long KeptBytes(const WholeWAVLayout& layout, const std::vector<SampleRange>
 }
 
 void WriteWhole(WAVSource& source, const std::string& dst, const WholeWAVLayout& layout,
-                std::vector<SampleRange> kept, CutReason whenEmpty) {
+                std::vector<SampleRange> kept, CutReason whenEmpty, const ShowCopied& show = {}) {
     std::erase_if(kept, [](const SampleRange& range) { return range.begin >= range.end; });
     if (kept.empty()) {
         throw CutError{whenEmpty};
@@ -73,7 +73,7 @@ void WriteWhole(WAVSource& source, const std::string& dst, const WholeWAVLayout&
         });
         for (const WAVStretch& stretch : plan) {
             output.Write(stretch.bytes);
-            if (output.Copy(stretch.sourceOffset, stretch.sourceSize) != stretch.sourceSize) {
+            if (output.Copy(stretch.sourceOffset, stretch.sourceSize, show) != stretch.sourceSize) {
                 throw CutError{CutReason::SourceUnreadable}; // the file ends before its end
             }
         }
@@ -179,7 +179,8 @@ bool CutWholeWAV(const char* src, const char* dst, double start, double end, boo
     });
 }
 
-bool FinishWAV(const char* src, const char* dst, const std::vector<SampleRange>& kept) {
+bool FinishWAV(const char* src, const char* dst, const std::vector<SampleRange>& kept,
+               const ShowCopied& show) {
     return WithWAVSource(src, [&](WAVSource& source) {
         const WholeWAVLayout layout = ReadWhole(source);
         std::vector<SampleRange> there = kept;
@@ -187,7 +188,7 @@ bool FinishWAV(const char* src, const char* dst, const std::vector<SampleRange>&
             range.end = std::min(range.end, layout.SampleFrames());
         }
         BeginWork(KeptBytes(layout, there));
-        WriteWhole(source, dst, layout, there, CutReason::NoAudioInRange);
+        WriteWhole(source, dst, layout, there, CutReason::NoAudioInRange, show);
         EndWork();
     });
 }

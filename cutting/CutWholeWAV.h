@@ -3,6 +3,7 @@
 #include "cutting/CutFailure.h"
 #include "cutting/CutRanges.h"
 #include "cutting/WAVChunkMap.h"
+#include "cutting/WAVOutput.h"
 
 #include <span>
 #include <vector>
@@ -22,8 +23,9 @@
 
 /// The same for the samples of several ranges, in ascending order and without overlap: what edits
 /// one after the other have left over.
-[[nodiscard]] bool FinishWAV(const char* src, const char* dst,
-                             const std::vector<SampleRange>& kept);
+/// @param show  is shown the bytes of the source that are copied; may throw CutError to end that
+[[nodiscard]] bool FinishWAV(const char* src, const char* dst, const std::vector<SampleRange>& kept,
+                             const ShowCopied& show = {});
 
 /// Why neither CutWAVFile nor CutWholeWAV takes a file: CompressedWAV, NotWAV, NoSamples ...; None
 /// where one of them does. CutFailure stays as it is.

@@ -121,7 +121,7 @@ MP3Output::~MP3Output() {
 
 void MP3Output::Begin(CMPAFile& source, const CMPAFrame& first) {
     m_source = &source;
-    BeginCutSummary(outputPath, FrameSeconds(first));
+    BeginCutSummary(outputPath, FrameSeconds(first), first.GetHeader()->GetSamplesPerFrame());
     for (const CTag* tag : TagsWhere(source, false)) {
         CopyTag(*source.GetStream(), *tag);
     }

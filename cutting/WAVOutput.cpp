@@ -19,6 +19,31 @@ constexpr std::size_t kBlocksAtOnce = 64; // fewer system calls; what gets copie
 std::FILE* ih = nullptr;
 std::FILE* oh = nullptr;
 
+// See OutputData.
+long long CopyBlocks(long long offset, long long count, const ShowCopied& show) {
+    const auto blocks = std::make_unique_for_overwrite<char[]>(kBlocksAtOnce * kBlockBytes);
+    long long total = 0;
+    while (count > 0) {
+        const auto wanted =
+            static_cast<std::size_t>(std::min<long long>(count, kBlocksAtOnce * kBlockBytes));
+        const std::size_t arrived = std::fread(blocks.get(), 1, wanted, ih);
+        const std::size_t whole = arrived < wanted ? arrived - arrived % kBlockBytes : arrived;
+        if (std::fwrite(blocks.get(), 1, whole, oh) < whole) {
+            break;
+        }
+        if (show) {
+            show(offset + total, {blocks.get(), whole});
+        }
+        total += static_cast<long long>(whole);
+        AddWork(static_cast<long long>(whole));
+        if (whole < wanted) {
+            break;
+        }
+        count -= static_cast<long long>(whole);
+    }
+    return total;
+}
+
 } // namespace
 
 WAVOutput::WAVOutput(const std::string& path, const WAVSource& source)
@@ -35,11 +60,11 @@ WAVOutput::~WAVOutput() {
     oh = nullptr;
 }
 
-long long WAVOutput::Copy(long long offset, long long count) {
+long long WAVOutput::Copy(long long offset, long long count, const ShowCopied& show) {
     if (count <= 0 || fseeko(ih, offset, SEEK_SET) != 0) {
         return 0;
     }
-    const long long copied = OutputData(count);
+    const long long copied = CopyBlocks(offset, count, show);
     const int error = errno;
     if (std::ferror(ih) != 0) {
         throw CutError{CutReason::SourceUnreadable, error};
@@ -107,22 +132,5 @@ void WriteWAV(WAVSource& source, const std::string& path,
 }
 
 long long OutputData(long long count) {
-    const auto blocks = std::make_unique_for_overwrite<char[]>(kBlocksAtOnce * kBlockBytes);
-    long long total = 0;
-    while (count > 0) {
-        const auto wanted =
-            static_cast<std::size_t>(std::min<long long>(count, kBlocksAtOnce * kBlockBytes));
-        const std::size_t arrived = std::fread(blocks.get(), 1, wanted, ih);
-        const std::size_t whole = arrived < wanted ? arrived - arrived % kBlockBytes : arrived;
-        if (std::fwrite(blocks.get(), 1, whole, oh) < whole) {
-            break;
-        }
-        total += static_cast<long long>(whole);
-        AddWork(static_cast<long long>(whole));
-        if (whole < wanted) {
-            break;
-        }
-        count -= static_cast<long long>(whole);
-    }
-    return total;
+    return CopyBlocks(0, count, {});
 }

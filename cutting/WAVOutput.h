@@ -4,10 +4,14 @@
 
 #include <cstdio>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
 struct WAVSource;
+
+/// Takes bytes that were copied, and where they stand in the source.
+using ShowCopied = std::function<void(long long offset, std::span<const char> bytes)>;
 
 /// The file that a WAV cut writes. One at a time. All that write throw CutError when that fails,
 /// when the source cannot be read, or when the cut has been cancelled.
@@ -24,7 +28,8 @@ public:
     bool IsOpen() const { return m_file.GetHandle() != nullptr; }
 
     /// Copies bytes of the source as OutputData does. Returns how many.
-    long long Copy(long long offset, long long count);
+    /// @param show  is shown them
+    long long Copy(long long offset, long long count, const ShowCopied& show = {});
 
     /// Writes bytes of our own where the output stands.
     void Write(const std::string& bytes);

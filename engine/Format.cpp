@@ -2,6 +2,8 @@
 
 #include "cutting/CutMP3.h"
 #include "cutting/CutWholeWAV.h"
+#include "finish/FinishEditedWAV.h"
+#include "finish/FinishMP3.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -14,8 +16,8 @@ bool CutMP3(const char* src, const char* dst, double start, double end, bool kee
 }
 
 constexpr Format kFormats[] = {
-    {FormatType::WAV, "WAV", "wav", "a WAV", CutAnyWAV},
-    {FormatType::MP3, "MP3", "mp3", "an MP3", CutMP3},
+    {FormatType::WAV, "WAV", "wav", "a WAV", CutAnyWAV, FinishEditedWAV},
+    {FormatType::MP3, "MP3", "mp3", "an MP3", CutMP3, FinishEditedMP3},
 };
 
 } // namespace

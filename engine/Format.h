@@ -1,6 +1,9 @@
 #pragma once
 
 #include "engine/FormatType.h"
+#include "finish/EditedAudio.h"
+
+#include <string>
 
 /// What there is to know of a format that can be edited.
 struct Format {
@@ -11,6 +14,8 @@ struct Format {
 
     /// Its cutter, CutMP3WholeFrames or CutAnyWAV.
     bool (*cut)(const char* src, const char* dst, double start, double end, bool keep) = nullptr;
+    /// FinishEditedMP3 or FinishEditedWAV.
+    bool (*finish)(const char* src, const std::string& dst, const EditedAudio& audio) = nullptr;
 };
 
 /// The format of a type; null for FormatType{}.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/CutPositions.h"
+#include "finish/FrameRuns.h"
 
 #include <string>
 
@@ -27,4 +28,5 @@ struct HistoryItem {
     int parentId = 0; ///< the entry that it was made from; 0 of the opened file
     EditKind edit = EditKind::None;
     CutPositions range; ///< of the edit, in the parent's file; the start may lie behind the end
+    FrameRuns runs;     ///< what of the opened file it is
 };

@@ -10,7 +10,7 @@ void Klipra::PushHistory(const std::string& name, const std::string& path, bool 
                          int parentId) {
     currentHistoryId = ++lastHistoryId;
     histories.push_back({currentHistoryId, name, path, CutPositions(), saved,
-                         histories.empty() ? 0 : parentId, m_edit, m_editRange});
+                         histories.empty() ? 0 : parentId, m_edit, m_editRange, m_editRuns});
     cutPositions = CutPositions();
 }
 

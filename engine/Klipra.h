@@ -5,9 +5,14 @@
 #include "engine/FormatType.h"
 #include "engine/HistoryItem.h"
 #include "engine/SIZE.h"
+#include "finish/EditedAudio.h"
+#include "finish/FinishNote.h"
+#include "platform/FileReplacement.h"
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -88,6 +93,11 @@ public:
 
     static constexpr int kErrorLoad = 1; ///< the audio of an entry could not be loaded
     static constexpr int kErrorSave = 2; ///< an edit or a save failed
+
+    /// Writes what edits have made of the opened file anew, from that file itself: joins that
+    /// nobody hears, headers that tell the truth (see FinishEditedMP3 and FinishEditedWAV).
+    /// Otherwise as CutExec, but for good.
+    virtual bool FinishExec(const EditedAudio& audio, const std::string& target);
 
     // History. The engine's own PushHistory is among the hooks.
 
@@ -175,6 +185,11 @@ public:
     /// saved.
     /// @param path  out: the file named, empty when the person cancels
     bool Save(std::string& path);
+    /// As Save and SaveRange, but by FinishExec. What is saved begins and ends at the very marks.
+    bool SaveFinished(std::string& path);
+    void SaveRangeFinished();
+    /// What the last of them could not do as it should; empty when it has not written anything.
+    const std::vector<FinishNote>& GetFinishNotes() const { return m_finishNotes; }
     /// Why the last of these failed; no reason (None) when it did not, or for something else than
     /// its files.
     const EditFailure& GetLastFailure() const { return m_lastFailure; }
@@ -258,7 +273,17 @@ protected:
     bool m_isBusy = false; ///< main thread: an edit is under way
 
 private:
+    using WriteFile = std::function<bool(const std::string& path)>;
+
     bool HasRoom(double bytes, const std::string& target);
+    bool WriteReplacing(const std::string& source, const std::string& target, Lasting lasting,
+                        double bytes, const WriteFile& write);
+    CutRange ToSeconds(const CutPositions& range) const;
+    FrameRuns RunsOfEdit(EditKind edit, const CutPositions& range, int parentId);
+    bool Finish(const HistoryItem& item, std::optional<CutRange> range, const std::string& target);
+    using WriteItem = std::function<bool(const HistoryItem& item, const std::string& target)>;
+    void SaveRangeBy(const WriteItem& write);
+    bool SaveBy(std::string& path, const WriteItem& write);
     void ReportFailure();
     bool ExecuteEdit(EditKind edit, const std::string& source, const std::string& target,
                      const CutPositions& range);
@@ -279,6 +304,8 @@ private:
     int m_loadedId = 0;               // the entry whose stream is there
     EditKind m_edit = EditKind::None; // under way
     CutPositions m_editRange;         // of the entry that it makes next
+    FrameRuns m_editRuns;             // likewise
+    std::vector<FinishNote> m_finishNotes;
 
     // main -> any thread: how far the search is; nothing else hangs on it (relaxed)
     std::atomic<unsigned long long> m_searchPosition{0};

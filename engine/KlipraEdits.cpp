@@ -84,9 +84,11 @@ void Klipra::PushEdit(EditKind edit, const CutPositions& range, const std::strin
                       const std::string& path, int parentId) {
     m_edit = edit;
     m_editRange = range;
+    m_editRuns = RunsOfEdit(edit, range, parentId);
     PushHistory(name, path, false, parentId);
     m_edit = EditKind::None;
     m_editRange = {};
+    m_editRuns = {};
 }
 
 std::vector<unsigned long long> Klipra::SplitPoints() const {

@@ -53,25 +53,17 @@ bool Klipra::HasRoom(double bytes, const std::string& target) {
     return false;
 }
 
-bool Klipra::CutExec(bool keep, const std::string& source, const std::string& target,
-                     unsigned long long start, unsigned long long end) {
+bool Klipra::WriteReplacing(const std::string& source, const std::string& target, Lasting lasting,
+                            double bytes, const WriteFile& write) {
     m_lastFailure = {};
     const bool isOpenedFile = !histories.empty() && IsSameFile(target, histories.front().path);
-    if (isOpenedFile || IsSameFile(target, source)) {
-        return false;
-    }
-    // Exact where every second has as many bytes; of others an estimate.
-    const auto [lo, hi] = std::minmax(std::min(start, length), std::min(end, length));
-    const double share =
-        length == 0 ? 0.0 : static_cast<double>(hi - lo) / static_cast<double>(length);
-    if (!HasRoom(SizeOf(source) * (keep ? share : 1.0 - share), target)) {
+    if (isOpenedFile || IsSameFile(target, source) || !HasRoom(bytes, target)) {
         return false;
     }
     ResetCutFailure();
-    FileReplacement replacement(target, source, m_isForGood ? Lasting::ForGood : Lasting::Session);
-    const bool isWritten = !replacement.GetPath().empty() &&
-                           CutToFile(keep, source, replacement.GetPath(), start, end) &&
-                           replacement.Commit();
+    FileReplacement replacement(target, source, lasting);
+    const bool isWritten =
+        !replacement.GetPath().empty() && write(replacement.GetPath()) && replacement.Commit();
     if (!isWritten) {
         m_lastFailure.problem = CutFailure();
         if (replacement.GetError()) {
@@ -82,6 +74,18 @@ bool Klipra::CutExec(bool keep, const std::string& source, const std::string& ta
         }
     }
     return isWritten;
+}
+
+bool Klipra::CutExec(bool keep, const std::string& source, const std::string& target,
+                     unsigned long long start, unsigned long long end) {
+    // Exact where every second has as many bytes; of others an estimate.
+    const auto [lo, hi] = std::minmax(std::min(start, length), std::min(end, length));
+    const double share =
+        length == 0 ? 0.0 : static_cast<double>(hi - lo) / static_cast<double>(length);
+    return WriteReplacing(
+        source, target, m_isForGood ? Lasting::ForGood : Lasting::Session,
+        SizeOf(source) * (keep ? share : 1.0 - share),
+        [&](const std::string& path) { return CutToFile(keep, source, path, start, end); });
 }
 
 bool Klipra::CutToFile(bool keep, const std::string& source, const std::string& output,
@@ -108,9 +112,10 @@ std::string Klipra::ResolveOutput(const std::string& path) {
     return target;
 }
 
-void Klipra::SaveRange() {
+void Klipra::SaveRangeBy(const WriteItem& write) {
     const HistoryItem* const item = FindCurrentHistoryItem();
     m_lastOutput.clear();
+    m_finishNotes.clear();
     if (item == nullptr || m_isBusy) {
         return;
     }
@@ -124,20 +129,27 @@ void Klipra::SaveRange() {
         return;
     }
     const std::string target = ResolveOutput(output);
-    m_isForGood = true;
-    const bool isWritten = !target.empty() && !IsUsedByHistory(target) &&
-                           CutExec(true, item->path, target, cutPositions.start, cutPositions.end);
-    m_isForGood = false;
-    if (!isWritten) {
+    if (target.empty() || IsUsedByHistory(target) || !write(*item, target)) {
         ReportFailure();
         return;
     }
     m_lastOutput = output;
 }
 
-bool Klipra::Save(std::string& path) {
+void Klipra::SaveRange() {
+    SaveRangeBy([this](const HistoryItem& item, const std::string& target) {
+        m_isForGood = true;
+        const bool isWritten =
+            CutExec(true, item.path, target, cutPositions.start, cutPositions.end);
+        m_isForGood = false;
+        return isWritten;
+    });
+}
+
+bool Klipra::SaveBy(std::string& path, const WriteItem& write) {
     HistoryItem* const item = FindCurrentHistoryItem();
     m_lastOutput.clear();
+    m_finishNotes.clear();
     if (item == nullptr || m_isBusy) {
         return false;
     }
@@ -147,14 +159,19 @@ bool Klipra::Save(std::string& path) {
         return false;
     }
     const std::string target = ResolveOutput(path);
-    if (target.empty() || IsUsedByHistory(target) || !HasRoom(SizeOf(item->path), target) ||
-        !CopyFile(item->path, target)) {
+    if (target.empty() || IsUsedByHistory(target) || !write(*item, target)) {
         ReportFailure();
         return false;
     }
     m_lastOutput = path;
     item->saved = true;
     return true;
+}
+
+bool Klipra::Save(std::string& path) {
+    return SaveBy(path, [this](const HistoryItem& item, const std::string& target) {
+        return HasRoom(SizeOf(item.path), target) && CopyFile(item.path, target);
+    });
 }
 
 std::string Klipra::ExtractFolder(const std::string& path) {

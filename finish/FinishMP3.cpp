@@ -6,6 +6,7 @@
 #include "cutting/MP3Output.h"
 #include "cutting/MP3Survey.h"
 #include "finish/FinishPlan.h"
+#include "finish/HeldFrames.h"
 #include "finish/JoinPacker.h"
 #include "finish/TagLength.h"
 #include "mpeg/MPAFile.h"
@@ -13,7 +14,7 @@
 #include "mpeg/Tags.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <optional>
 
 namespace {
 
@@ -73,7 +74,8 @@ public:
         for (int i = 0; i < plan.idleRemovals; ++i) {
             AddNote(FinishNote::Kind::NothingRemoved);
         }
-        BeginCutSummary(m_path, SecondsOf(m_source.grid.samplesPerFrame));
+        BeginCutSummary(m_path, SecondsOf(m_source.grid.samplesPerFrame),
+                        m_source.grid.samplesPerFrame);
         CopyTags(false);
         m_source.grid.hasEdges ? WriteExactly(plan) : WriteWholeFrames(plan);
         for (const FrameRun& run : plan.runs) {
@@ -229,11 +231,34 @@ void WritePieces(CMPAFile& file, const char* src, std::span<const FinishPiece> p
     EndWork();
 }
 
+void WriteEdited(CMPAFile& file, const char* src, const std::string& dst,
+                 const EditedAudio& audio) {
+    std::optional<HeldFrames> held;
+    if (!audio.path.empty()) {
+        held.emplace(audio.path, audio.runs, file.GetVBRHeader() != nullptr);
+    }
+    BeginWork(file.GetStream()->GetSize() + (held ? held->FileBytes() : 0));
+    const Source source = Examine(file, src);
+    SourceFrames frames(file);
+    if (held) {
+        frames.Compare([&held](long long number, std::span<const std::uint8_t> bytes) {
+            held->Compare(number, bytes);
+        });
+    }
+    Finisher(source, frames, dst).Write(audio.Plan(source.grid));
+    EndWork();
+}
+
 } // namespace
+
+bool FinishEditedMP3(const char* src, const std::string& dst, const EditedAudio& audio) {
+    ResetCutFailure();
+    notes.clear();
+    return WithMP3Source(src, [&](CMPAFile& file) { WriteEdited(file, src, dst, audio); });
+}
 
 bool FinishMP3(const char* src, std::span<const FinishPiece> pieces) {
     ResetCutFailure();
-    ResetCutSummaries();
     notes.clear();
     std::vector<std::string> written;
     const bool areWritten =
@@ -246,26 +271,4 @@ bool FinishMP3(const char* src, std::span<const FinishPiece> pieces) {
 
 const std::vector<FinishNote>& FinishNotes() {
     return notes;
-}
-
-std::string DescribeNote(const FinishNote& note) {
-    char text[160];
-    const int milliseconds = static_cast<int>(note.seconds * 1000.0 + 0.5);
-    switch (note.kind) {
-    case FinishNote::Kind::JoinMoved:
-        std::snprintf(text, sizeof text, "the join at %.3f s moved by %d %s, %d ms", note.atSeconds,
-                      note.frames, note.frames == 1 ? "frame" : "frames", milliseconds);
-        return text;
-    case FinishNote::Kind::JoinFades:
-        std::snprintf(text, sizeof text, "the join at %.3f s fades for %d ms", note.atSeconds,
-                      milliseconds);
-        return text;
-    case FinishNote::Kind::NothingRemoved:
-        return "a range to be removed is shorter than a frame: nothing is removed there";
-    case FinishNote::Kind::LengthNotFixed:
-        return note.tag + ": the length could not be corrected";
-    case FinishNote::Kind::TagIsOfSource:
-        return note.tag + ": describes the source";
-    }
-    return {};
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "cutting/CutRanges.h"
+#include "finish/EditedAudio.h"
+#include "finish/FinishNote.h"
 
 #include <span>
 #include <string>
@@ -11,23 +13,6 @@ struct FinishPiece {
     std::string path; ///< the output; an existing file is overwritten. Not the source itself
     std::vector<CutRange> ranges;
     bool keep = true;
-};
-
-/// What finishing could not do as it was asked to.
-struct FinishNote {
-    enum class Kind {
-        JoinMoved,      ///< by so many frames, which is `seconds` long
-        JoinFades,      ///< for `seconds`
-        NothingRemoved, ///< a range is too short to hold a frame
-        LengthNotFixed, ///< a tag's length does not fit in, or is encoded in a way that is left
-                        ///< alone
-        TagIsOfSource,  ///< a tag's frame describes the source
-    };
-    Kind kind;
-    double atSeconds = 0.0; ///< of a join: in the output
-    double seconds = 0.0;
-    int frames = 0;
-    std::string tag = {}; ///< the name of its frame: "CHAP"
 };
 
 /// Writes pieces of an MP3 so that nobody hears where something was cut: the frames at a join get
@@ -45,9 +30,10 @@ struct FinishNote {
 ///         without any music is a failure
 bool FinishMP3(const char* src, std::span<const FinishPiece> pieces);
 
-/// What there is to say of the last call, in the order of the pieces.
-const std::vector<FinishNote>& FinishNotes();
+/// The same for what edits have made of a file. Where a frame that is written is another one in
+/// theirs, the call fails (CutReason::EditAltered): the result would not be what was heard.
+[[nodiscard]] bool FinishEditedMP3(const char* src, const std::string& dst,
+                                   const EditedAudio& audio);
 
-/// A note in English, to be put behind the name of the output: "the join at 12.500 s moved by 1
-/// frame, 26 ms".
-std::string DescribeNote(const FinishNote& note);
+/// What there is to say of the last call of either, in the order of the pieces.
+const std::vector<FinishNote>& FinishNotes();

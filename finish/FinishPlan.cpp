@@ -5,12 +5,9 @@
 
 namespace {
 
-/// The sample frame that a time lies in, within the music; a millionth allowed for rounding.
+/// Within the music.
 long long PositionOf(const FrameGrid& grid, double seconds) {
-    constexpr double kRounding = 1e-6; // of a sample frame
-    const double position = std::floor(seconds * grid.rateHz + kRounding);
-    return static_cast<long long>(std::clamp(position, static_cast<double>(grid.music.begin),
-                                             static_cast<double>(grid.music.end)));
+    return std::clamp(SampleAt(seconds, grid.rateHz), grid.music.begin, grid.music.end);
 }
 
 long long FrameUnder(const FrameGrid& grid, long long position) {
@@ -26,6 +23,12 @@ long long NearestFrame(const FrameGrid& grid, long long position) {
 }
 
 } // namespace
+
+long long SampleAt(double seconds, double rateHz) {
+    constexpr double kRounding = 1e-6;
+    constexpr double kMost = 1e15; // more than any file has
+    return static_cast<long long>(std::min(std::floor(seconds * rateHz + kRounding), kMost));
+}
 
 FinishPlan AtFrames(const FrameGrid& grid, FinishPlan plan) {
     if (grid.hasEdges || plan.runs.empty()) {

@@ -29,6 +29,10 @@ struct FrameGrid {
     bool hasEdges = true; ///< begins and ends within a frame: Layer III
 };
 
+/// The sample frame that a time lies in; a millionth of one is allowed for rounding.
+/// @param seconds  finite
+long long SampleAt(double seconds, double rateHz);
+
 /// What is kept of one range, exactly.
 FinishPlan PlanExtract(const FrameGrid& grid, const CutRange& range);
 

@@ -1,6 +1,7 @@
 #include "finish/FrameRuns.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -55,9 +56,16 @@ long long FrameRuns::Map(long long position) const {
     return FrameAt(position / m_samples) * m_samples + position % m_samples;
 }
 
-/// Where something ends: at a join, with what is before it.
-long long FrameRuns::MapEnd(long long position) const {
-    return position == 0 ? Map(0) : Map(position - 1) + 1;
+/// Of the file that the edits began with. At either end of this, the mark that is there already.
+SampleSpan FrameRuns::Map(const CutRange& range, double rateHz) const {
+    const long long begin = SampleAt(range.start, rateHz);
+    SampleSpan mapped{begin == 0 ? m_wanted.begin : Map(begin), m_wanted.end};
+    if (std::isfinite(range.end)) {
+        // At a join something ends with what is before it.
+        const long long end = SampleAt(range.end, rateHz);
+        mapped.end = end == 0 ? Map(0) : Map(end - 1) + 1;
+    }
+    return mapped;
 }
 
 std::vector<FrameRun> FrameRuns::HeldAfter(const std::vector<FrameRun>& left) const {
@@ -74,14 +82,10 @@ std::vector<FrameRun> FrameRuns::HeldAfter(const std::vector<FrameRun>& left) co
     return held;
 }
 
-FrameRuns FrameRuns::Narrowed(const SampleSpan& range, bool isToEnd) const {
+FrameRuns FrameRuns::Narrowed(const CutRange& range, double rateHz) const {
+    const SampleSpan asked = Map(range, rateHz);
     FrameRuns narrowed = *this;
-    if (range.begin > 0) {
-        narrowed.m_wanted.begin = std::max(m_wanted.begin, Map(range.begin));
-    }
-    if (!isToEnd) {
-        narrowed.m_wanted.end = std::min(m_wanted.end, MapEnd(range.end));
-    }
+    narrowed.m_wanted = {std::max(m_wanted.begin, asked.begin), std::min(m_wanted.end, asked.end)};
     return narrowed;
 }
 
@@ -90,7 +94,7 @@ FrameRun FrameRuns::Between(const FrameEdit& edit) const {
     if (edit.left.size() > 1) {
         return {FrameAt(edit.left.front().end - 1) + 1, FrameAt(edit.left.back().begin)};
     }
-    const long long end = (edit.range.end + edit.samples - 1) / edit.samples;
+    const long long end = (SampleAt(edit.range.end, edit.rateHz) + edit.samples - 1) / edit.samples;
     if (edit.left.empty() || edit.left.front().end >= end) {
         return {};
     }
@@ -101,19 +105,18 @@ FrameRun FrameRuns::Between(const FrameEdit& edit) const {
 FrameRuns FrameRuns::After(const FrameEdit& edit) const {
     FrameRuns before = *this;
     before.m_samples = m_held.back().end == kUnlimited ? edit.samples : m_samples;
-    FrameRuns after = edit.keep ? before.Narrowed(edit.range, edit.isToEnd) : before;
+    FrameRuns after = edit.keep ? before.Narrowed(edit.range, edit.rateHz) : before;
     after.m_held = before.HeldAfter(edit.left);
     if (edit.keep) {
         return after;
     }
-    const long long from = edit.range.begin == 0 ? m_wanted.begin : before.Map(edit.range.begin);
-    const long long to = edit.isToEnd ? m_wanted.end : before.MapEnd(edit.range.end);
-    if (to >= m_wanted.end) {
-        after.m_wanted.end = std::min(m_wanted.end, from);
-    } else if (from <= m_wanted.begin) {
-        after.m_wanted.begin = std::max(m_wanted.begin, to);
+    const SampleSpan asked = before.Map(edit.range, edit.rateHz);
+    if (asked.end >= m_wanted.end) {
+        after.m_wanted.end = std::min(m_wanted.end, asked.begin);
+    } else if (asked.begin <= m_wanted.begin) {
+        after.m_wanted.begin = std::max(m_wanted.begin, asked.end);
     } else {
-        const Gap gap{before.Between(edit), {from, to}};
+        const Gap gap{before.Between(edit), asked};
         after.m_gaps.insert(std::ranges::upper_bound(after.m_gaps, BeginOf(gap), {}, &BeginOf),
                             gap);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cutting/CutRanges.h"
 #include "finish/FinishPlan.h"
 
 #include <optional>
@@ -9,8 +10,8 @@
 /// What the cutter has made of a file.
 struct FrameEdit {
     bool keep = true;      ///< only the range, or everything but it
-    SampleSpan range;      ///< that was asked for: sample frames of the file's untrimmed decode
-    bool isToEnd = false;  ///< the range reaches the end of the file, which is where `range` ends
+    CutRange range;        ///< that was asked for; an infinite end is the end of the file
+    double rateHz = 0.0;   ///< sample frames in a second of playing time
     long long samples = 1; ///< of each channel in a frame; 1 of a WAV, whose frames are its samples
     std::vector<FrameRun> left; ///< frames of the file that the result holds, ascending and apart
 };
@@ -29,8 +30,8 @@ public:
 
     /// What an edit makes of this.
     FrameRuns After(const FrameEdit& edit) const;
-    /// Only a range of this, which may reach to its end; the frames that are held stay.
-    FrameRuns Narrowed(const SampleSpan& range, bool isToEnd) const;
+    /// Only a range of this, see FrameEdit; the frames that are held stay.
+    FrameRuns Narrowed(const CutRange& range, double rateHz) const;
 
     /// What to write.
     /// @param grid  of the file that the edits began with
@@ -51,7 +52,7 @@ private:
 
     long long FrameAt(long long place) const;
     long long Map(long long position) const;
-    long long MapEnd(long long position) const;
+    SampleSpan Map(const CutRange& range, double rateHz) const;
     std::vector<FrameRun> HeldAfter(const std::vector<FrameRun>& left) const;
     FrameRun Between(const FrameEdit& edit) const;
 

@@ -59,7 +59,12 @@ SourceFrames::SourceFrames(CMPAFile& file)
 std::span<std::uint8_t> SourceFrames::ReadCurrent() {
     const CMPAFrame& frame = *m_walk.Current();
     long long offset = frame.GetOffset();
-    return {frame.GetStream()->ReadBytes(frame.GetSize(), offset, false, false), frame.GetSize()};
+    const std::span<std::uint8_t> bytes(
+        frame.GetStream()->ReadBytes(frame.GetSize(), offset, false, false), frame.GetSize());
+    if (m_witness) {
+        m_witness(Next(), bytes);
+    }
+    return bytes;
 }
 
 void SourceFrames::SkipTo(long long number) {

@@ -8,6 +8,7 @@
 #include <deque>
 #include <functional>
 #include <span>
+#include <utility>
 #include <vector>
 
 class CMPAFile;
@@ -32,7 +33,13 @@ public:
     /// How many frames before one its main data may begin at most.
     static constexpr long long kReach = 100;
 
+    /// Takes a frame as it stands in the source.
+    using Witness = std::function<void(long long number, std::span<const std::uint8_t> bytes)>;
+
     explicit SourceFrames(CMPAFile& file);
+
+    /// Shows every frame that is loaded or handed on from now on, once.
+    void Compare(Witness witness) { m_witness = std::move(witness); }
 
     /// Samples of each channel in a frame, and how many there are in a second.
     unsigned int SamplesPerFrame() const { return m_facts.SamplesPerFrame(); }
@@ -59,6 +66,7 @@ private:
 
     CMPAFile& m_file;
     FrameWalk m_walk;
+    Witness m_witness;
     bool m_isAtEnd = false;
     long long m_headerFrames; // before the first one that holds audio
     bitstream::FrameFacts m_facts;

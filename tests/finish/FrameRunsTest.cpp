@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <random>
 #include <set>
 
@@ -103,7 +104,9 @@ TEST(FrameRuns, FollowEveryChainOfEdits) {
             from = below(6) == 0 ? 0 : from;
             to = below(6) == 0 ? length : to;
             const bool isToEnd = to == length;
-            const auto narrowed = runs.Narrowed({from, to}, isToEnd).Plan(grid).wanted;
+            const CutRange asked{static_cast<double>(from),
+                                 isToEnd ? HUGE_VAL : static_cast<double>(to)};
+            const auto narrowed = runs.Narrowed(asked, 1.0).Plan(grid).wanted;
             if (keep) {
                 Model range = model;
                 range.Edit(true, from, to, lost);
@@ -113,7 +116,7 @@ TEST(FrameRuns, FollowEveryChainOfEdits) {
                 }
             }
             const std::vector<FrameRun> left = RunsOf(model.Edit(keep, from, to, lost));
-            runs = runs.After({keep, {from, to}, isToEnd, model.samples, left});
+            runs = runs.After({keep, asked, 1.0, model.samples, left});
             ASSERT_EQ(runs.Held(), RunsOf(model.held)) << edit;
             Frames wanted;
             const FinishPlan plan = runs.Plan(grid);
@@ -141,7 +144,9 @@ TEST(FrameRuns, EndWithTheMusicOfTheFileAndWhereTheMarksAre) {
         return std::pair(plan.wanted.begin, plan.wanted.end);
     };
     const auto removal = [](long long from, long long to) {
-        return FrameEdit{false, {from, to}, to == 300, 10, {{0, from / 10 + 1}, {to / 10, 29}}};
+        const double end = to == 300 ? HUGE_VAL : static_cast<double>(to);
+        return FrameEdit{
+            false, {static_cast<double>(from), end}, 1.0, 10, {{0, from / 10 + 1}, {to / 10, 29}}};
     };
     EXPECT_EQ(wanted(FrameRuns()), std::pair(15LL, 275LL));
     EXPECT_EQ(wanted(FrameRuns().After(removal(12, 54))), std::pair(54LL, 275LL));
@@ -151,5 +156,5 @@ TEST(FrameRuns, EndWithTheMusicOfTheFileAndWhereTheMarksAre) {
     EXPECT_EQ(wanted(joined), std::pair(15LL, 275LL));
     EXPECT_EQ(joined.Plan(grid).runs, (std::vector<FrameRun>{{1, 11}, {20, 28}}));
     // Behind the join everything lies 90 samples further back.
-    EXPECT_EQ(wanted(joined.Narrowed({20, 125}, false)), std::pair(20LL, 215LL));
+    EXPECT_EQ(wanted(joined.Narrowed({20.0, 125.0}, 1.0)), std::pair(20LL, 215LL));
 }
