@@ -97,6 +97,9 @@ public:
     void SplitButtonClick(QObject* sender);
     void SaveRangeBtnClick(QObject* sender);
     void SaveBtnClick(QObject* sender);
+    void SaveFinishedMenuClick(QObject* sender);
+    void SaveRangeFinishedMenuClick(QObject* sender);
+    void FinishHelpMenuClick(QObject* sender);
     void CloseBtnClick(QObject* sender);
     void AboutMenuClick(QObject* sender);
     void ZoomInMenuClick(QObject* sender);
@@ -171,6 +174,7 @@ private:
     bool DoWork(const QString& what, const std::function<bool()>& work);
     void ShowFailure();
     void ShowSaved();
+    void SaveEntry(const QString& what, bool (Klipra::*save)(std::string& path));
     /// What has come of a command; stays in the status bar until the next one.
     void ShowMessage(const QString& text);
     void SwitchPlayControls(bool isPlaying);

@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/FinishTexts.h"
 #include "app/KeyList.h"
 #include "app/PreferenceWindowController.h"
 #include "platform/Desktop.h"
@@ -52,11 +53,14 @@ void AppDelegate::ConnectCommands() {
         {m_ui->SplitButton, m_ui->SplitMenu, &AppDelegate::SplitButtonClick},
         {m_ui->SaveRangeButton, m_ui->SaveRangeMenu, &AppDelegate::SaveRangeBtnClick},
         {m_ui->SaveButton, m_ui->SaveMenu, &AppDelegate::SaveBtnClick},
+        {nullptr, m_ui->SaveFinishedMenu, &AppDelegate::SaveFinishedMenuClick},
+        {nullptr, m_ui->SaveRangeFinishedMenu, &AppDelegate::SaveRangeFinishedMenuClick},
         {nullptr, m_ui->CloseMenu, &AppDelegate::CloseBtnClick},
         {nullptr, m_ui->QuitMenu, &AppDelegate::CloseBtnClick},
         {nullptr, m_ui->RedoMenu, &AppDelegate::RedoMenuClick},
         {nullptr, m_ui->AuditionMenu, &AppDelegate::AuditionMenuClick},
         {nullptr, m_ui->KeysMenu, &AppDelegate::KeysMenuClick},
+        {nullptr, m_ui->FinishHelpMenu, &AppDelegate::FinishHelpMenuClick},
         {nullptr, m_ui->AboutMenu, &AppDelegate::AboutMenuClick},
         {nullptr, m_ui->ZoomInMenu, &AppDelegate::ZoomInMenuClick},
         {nullptr, m_ui->ZoomOutMenu, &AppDelegate::ZoomOutMenuClick},
@@ -218,6 +222,10 @@ void AppDelegate::AuditionMenuClick(QObject* /*sender*/) {
 
 void AppDelegate::KeysMenuClick(QObject* /*sender*/) {
     ShowKeyList(&window, *m_ui->menuBar);
+}
+
+void AppDelegate::FinishHelpMenuClick(QObject* /*sender*/) {
+    ShowMsg(FinishHelp().toStdString());
 }
 
 void AppDelegate::CloseBtnClick(QObject* /*sender*/) {

@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/FailureTexts.h"
+#include "app/FinishTexts.h"
 #include "app/HistoryOutline.h"
 #include "app/KeyCodes.h"
 #include "app/StatusTexts.h"
@@ -86,7 +87,9 @@ void AppDelegate::ShowFailure() {
 
 void AppDelegate::ShowSaved() {
     if (const std::string& path = pKlipraMac->GetLastOutput(); !path.empty()) {
-        ShowMessage(tr("保存しました: %1").arg(QFile::decodeName(path.c_str())));
+        const QString saved = tr("保存しました: %1").arg(QFile::decodeName(path.c_str()));
+        const QString notes = FinishNotesText(pKlipraMac->GetFinishNotes());
+        ShowMessage(notes.isEmpty() ? saved : notes + QStringLiteral(" / ") + saved);
     } else {
         ShowFailure();
     }
@@ -151,8 +154,8 @@ void AppDelegate::EnableCutButton() {
          {m_ui->CutExtButton, m_ui->CutDelButton, m_ui->SaveRangeButton}) {
         button->setEnabled(CanCut(count));
     }
-    for (QAction* const item :
-         {m_ui->CutExtMenu, m_ui->CutDelMenu, m_ui->SaveRangeMenu, m_ui->AuditionMenu}) {
+    for (QAction* const item : {m_ui->CutExtMenu, m_ui->CutDelMenu, m_ui->SaveRangeMenu,
+                                m_ui->SaveRangeFinishedMenu, m_ui->AuditionMenu}) {
         item->setEnabled(CanCut(count));
     }
     m_ui->SplitButton->setEnabled(CanSplit(count));
@@ -181,6 +184,7 @@ void AppDelegate::EnableSaveButton() {
     const bool canSave = CanSave(pKlipraMac->histories.size());
     m_ui->SaveButton->setEnabled(canSave);
     m_ui->SaveMenu->setEnabled(canSave);
+    m_ui->SaveFinishedMenu->setEnabled(canSave);
 }
 
 void AppDelegate::EnableSceneChangeMoveButton() {

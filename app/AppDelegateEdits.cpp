@@ -73,10 +73,24 @@ void AppDelegate::SaveRangeBtnClick(QObject* /*sender*/) {
     ShowSaved();
 }
 
+void AppDelegate::SaveRangeFinishedMenuClick(QObject* /*sender*/) {
+    m_workText = tr("範囲を仕上げて保存しています…");
+    pKlipraMac->SaveRangeFinished();
+    ShowSaved();
+}
+
 void AppDelegate::SaveBtnClick(QObject* /*sender*/) {
-    m_workText = tr("保存しています…");
+    SaveEntry(tr("保存しています…"), &Klipra::Save);
+}
+
+void AppDelegate::SaveFinishedMenuClick(QObject* /*sender*/) {
+    SaveEntry(tr("仕上げて保存しています…"), &Klipra::SaveFinished);
+}
+
+void AppDelegate::SaveEntry(const QString& what, bool (Klipra::*save)(std::string& path)) {
+    m_workText = what;
     std::string path;
-    if (pKlipraMac->Save(path)) {
+    if ((pKlipraMac.get()->*save)(path)) {
         pKlipraMac->UpdateHistoryItem(path);
         m_historyTexts.NoteSaved(pKlipraMac->currentHistoryId, path);
         EnableSaveButton();

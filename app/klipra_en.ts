@@ -67,6 +67,14 @@
         <source>保存しました: %1</source>
         <translation>Saved: %1</translation>
     </message>
+    <message>
+        <source>範囲を仕上げて保存しています…</source>
+        <translation>Saving the range finished…</translation>
+    </message>
+    <message>
+        <source>仕上げて保存しています…</source>
+        <translation>Saving finished…</translation>
+    </message>
 </context>
 <context>
     <name>Desktop</name>
@@ -173,12 +181,51 @@
         <source>ディスクの空きが %1 足りません</source>
         <translation>The disk lacks %1</translation>
     </message>
+    <message>
+        <source>編集した音声のファイルが別のプログラムに変更されています</source>
+        <translation>Another program has altered the edit's file</translation>
+    </message>
 </context>
 <context>
     <name>FileOpener</name>
     <message>
         <source>なし</source>
         <translation>None</translation>
+    </message>
+</context>
+<context>
+    <name>FinishTexts</name>
+    <message>
+        <source>%1 のつなぎ目が%2フレーム（%3ミリ秒）ずれました</source>
+        <translation>The join at %1 moved by %3 ms (frames: %2)</translation>
+    </message>
+    <message>
+        <source>%1 のつなぎ目で音が%2ミリ秒間弱まります</source>
+        <translation>The join at %1 fades for %2 ms</translation>
+    </message>
+    <message>
+        <source>1フレームより短い範囲は削除していません</source>
+        <translation>A range shorter than a frame was not removed</translation>
+    </message>
+    <message>
+        <source>タグ%1の長さは直せませんでした</source>
+        <translation>Tag %1: its length could not be corrected</translation>
+    </message>
+    <message>
+        <source>タグ%1は元のファイルのままです</source>
+        <translation>Tag %1 still describes the opened file</translation>
+    </message>
+    <message>
+        <source>仕上げて保存すると、再エンコードせずに、MP3のつなぎ目の雑音をなくし、ヘッダーの長さや索引を正しく書き直します。ギャップレス再生に対応したプレーヤーは印を付けた位置ちょうどで始まって終わり、対応していないプレーヤーは前後に0.1秒ほど余分に鳴らします。
+
+元のファイルにヘッダーがなければ付け足します。そこにあるエンコーダー名「LAME3.90.」はヘッダーの形式を表すもので、実際に使われたエンコーダーではありません。
+
+WAVでは、キューポイントやループなど、すべてのチャンクを残して直します。</source>
+        <translation>A finished MP3 has joins without noise and a header whose length and seek table are true; nothing is re-encoded. Players with gapless playback begin and end it at the very marks, others play about a tenth of a second more at either end.
+
+Where the opened file has no header, one is added. The encoder name in it, “LAME3.90.”, stands for the layout of the header and not for the encoder that was used.
+
+A finished WAV keeps all chunks, cue points and loops among them, and they are corrected.</translation>
     </message>
 </context>
 <context>
@@ -674,6 +721,18 @@
     <message>
         <source>Klipraについて(&amp;A)</source>
         <translation>&amp;About Klipra</translation>
+    </message>
+    <message>
+        <source>仕上げて保存(&amp;F)…</source>
+        <translation>Save &amp;finished…</translation>
+    </message>
+    <message>
+        <source>範囲を仕上げて保存(&amp;G)…</source>
+        <translation>Save ran&amp;ge finished…</translation>
+    </message>
+    <message>
+        <source>仕上げについて(&amp;F)</source>
+        <translation>About &amp;finishing</translation>
     </message>
 </context>
 <context>

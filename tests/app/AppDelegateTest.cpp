@@ -40,6 +40,8 @@ TEST(Commands, DoTheSameFromButtonAndMenu) {
         {"Split", "0 2000 -1 -1 #-1-3", fresh},
         {"Save", "500 4000 1000 2000 #-1 out.wav", all},
         {"SaveRange", "500 4000 1000 2000 #-1", all},
+        {"SaveFinished", "500 4000 1000 2000 #-1 out.wav", all},
+        {"SaveRangeFinished", "500 4000 1000 2000 #-1", all},
         {"CutUndo", "0 5000 0 4000 # a song.wav", old}};
     for (const auto& [command, state, enabled] : cases) {
         for (const QString control : {"Button", "Menu"}) {
@@ -136,7 +138,8 @@ TEST(Commands, SayWhatTheyDidNotFindAndGoNowhereOutside) {
 TEST(Commands, TellWhereTheySavedAndWhyTheyFailed) {
     EditedProgram program;
     auto* const message = program.Find<QLabel>("messageLabel");
-    for (const QString command : {"SaveRangeMenu", "SaveMenu"}) {
+    for (const QString command :
+         {"SaveRangeMenu", "SaveMenu", "SaveRangeFinishedMenu", "SaveFinishedMenu"}) {
         program.Trigger(command);
         EXPECT_TRUE(message->text().endsWith("out.wav")) << message->text().toStdString();
         program.desktop.answer = program.folder.Path("no/folder.wav");
@@ -146,6 +149,24 @@ TEST(Commands, TellWhereTheySavedAndWhyTheyFailed) {
     }
     EXPECT_NE(program.delegate.ObjectionTo(program.path), "");
     EXPECT_EQ(program.delegate.ObjectionTo(program.desktop.answer), "");
+}
+
+TEST(Commands, TellWhatFinishingLeavesAsItWas) {
+    const std::string chapter = std::string("CHAP\0\0\0\4\0\0", 10) + "here";
+    const std::string tag =
+        std::string("ID3\3\0\0\0\0\0", 9) + static_cast<char>(chapter.size()) + chapter;
+    const std::string clip = std::string(KLIPRA_CLIPS) + "/joint-stereo-44100.mp3";
+    Program program(tag + TemporaryFolder::Read(clip), "a song.mp3");
+    program.desktop.answer = program.folder.Path("out.mp3");
+    program.Trigger("SaveRangeFinishedMenu", 88'200, 352'800);
+    EXPECT_EQ(program.Find<QLabel>("messageLabel")->text().toStdString(),
+              "タグCHAPは元のファイルのままです / 保存しました: " + program.desktop.answer);
+    program.Trigger("CutDelButton", 88'200, 352'800);
+    program.Trigger("SaveFinishedMenu");
+    EXPECT_TRUE(program.Engine().histories.back().saved);
+    EXPECT_TRUE(program.Find<QLabel>("messageLabel")->text().contains("CHAP"));
+    program.Trigger("SaveMenu");
+    EXPECT_FALSE(program.Find<QLabel>("messageLabel")->text().contains("CHAP"));
 }
 
 TEST(LongWork, LeavesTheWindowAliveAndIsCancelledByEscapeByItsButtonAndByClosing) {

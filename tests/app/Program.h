@@ -79,6 +79,8 @@ struct Program {
             const auto* const item = Find<QAction>(name + "Menu");
             const bool isEnabled = button != nullptr ? button->isEnabled() : item->isEnabled();
             EXPECT_TRUE(item == nullptr || item->isEnabled() == isEnabled) << name.toStdString();
+            const auto* const finished = Find<QAction>(name + "FinishedMenu");
+            EXPECT_TRUE(finished == nullptr || finished->isEnabled() == isEnabled);
             names += isEnabled ? name.toStdString() + " " : "";
         }
         return names;
