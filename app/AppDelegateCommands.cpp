@@ -225,7 +225,7 @@ void AppDelegate::KeysMenuClick(QObject* /*sender*/) {
 }
 
 void AppDelegate::FinishHelpMenuClick(QObject* /*sender*/) {
-    ShowMsg(FinishHelp().toStdString());
+    ShowFinishHelp(&window);
 }
 
 void AppDelegate::CloseBtnClick(QObject* /*sender*/) {

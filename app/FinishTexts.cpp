@@ -3,6 +3,7 @@
 #include "app/Markers.h"
 
 #include <QCoreApplication>
+#include <QMessageBox>
 #include <QStringList>
 
 #include <cmath>
@@ -36,6 +37,7 @@ public:
         return {};
     }
 
+    static QString Title() { return tr("仕上げて保存"); }
     static QString Help() {
         return tr("仕上げて保存すると、再エンコードせずに、MP3のつなぎ目の雑音をなくし、"
                   "ヘッダーの長さや索引を正しく書き直します。"
@@ -44,7 +46,7 @@ public:
                   "元のファイルにヘッダーがなければ付け足します。"
                   "そこにあるエンコーダー名「LAME3.90.」はヘッダーの形式を表すもので、"
                   "実際に使われたエンコーダーではありません。\n\n"
-                  "WAVでは、キューポイントやループなど、すべてのチャンクを残して直します。");
+                  "WAVでは、キューポイントやループなどのチャンクも残し、正しく直します。");
     }
 
 private:
@@ -61,6 +63,12 @@ QString FinishNotesText(const std::vector<FinishNote>& notes) {
     return texts.join(QStringLiteral(" / "));
 }
 
-QString FinishHelp() {
-    return FinishTexts::Help();
+void ShowFinishHelp(QWidget* parent) {
+    auto* const box = new QMessageBox(QMessageBox::Information, QStringLiteral("Klipra"),
+                                      FinishTexts::Title(), QMessageBox::Ok, parent);
+    box->setObjectName(QStringLiteral("FinishHelp"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setInformativeText(FinishTexts::Help());
+    box->setModal(false);
+    box->show();
 }

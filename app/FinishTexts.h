@@ -6,8 +6,10 @@
 
 #include <vector>
 
+class QWidget;
+
 /// What finishing could not do as it should, for the status bar; empty where there is nothing.
 QString FinishNotesText(const std::vector<FinishNote>& notes);
 
-/// What finishing does, and what becomes of it in players; for whoever asks.
-QString FinishHelp();
+/// Tells what finishing does, and what players make of it, in a window of its own.
+void ShowFinishHelp(QWidget* parent);

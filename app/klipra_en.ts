@@ -183,7 +183,7 @@
     </message>
     <message>
         <source>編集した音声のファイルが別のプログラムに変更されています</source>
-        <translation>Another program has altered the edit's file</translation>
+        <translation>Another program has altered the edit&apos;s file</translation>
     </message>
 </context>
 <context>
@@ -220,12 +220,16 @@
 
 元のファイルにヘッダーがなければ付け足します。そこにあるエンコーダー名「LAME3.90.」はヘッダーの形式を表すもので、実際に使われたエンコーダーではありません。
 
-WAVでは、キューポイントやループなど、すべてのチャンクを残して直します。</source>
+WAVでは、キューポイントやループなどのチャンクも残し、正しく直します。</source>
         <translation>A finished MP3 has joins without noise and a header whose length and seek table are true; nothing is re-encoded. Players with gapless playback begin and end it at the very marks, others play about a tenth of a second more at either end.
 
 Where the opened file has no header, one is added. The encoder name in it, “LAME3.90.”, stands for the layout of the header and not for the encoder that was used.
 
-A finished WAV keeps all chunks, cue points and loops among them, and they are corrected.</translation>
+A finished WAV keeps its other chunks too, with cue points and loops corrected.</translation>
+    </message>
+    <message>
+        <source>仕上げて保存</source>
+        <translation>Saving finished</translation>
     </message>
 </context>
 <context>

@@ -119,6 +119,7 @@ TEST(FinishedEdits, AreTheSourceToTheSampleAfterAnyEdits) {
             const std::string path = mp3.SaveFinished("a.mp3");
             mp3.ExpectSource(Decode(path, true).samples, mp3.marks[id], id);
             EXPECT_TRUE(mp3.Engine().FindHistoryItem(id)->saved);
+            const std::string bytes = TemporaryFolder::Read(path);
 
             const long long from = between(0.1, 0.4);
             const long long to = between(0.6, 0.9);
@@ -127,6 +128,15 @@ TEST(FinishedEdits, AreTheSourceToTheSampleAfterAnyEdits) {
             EXPECT_EQ(mp3.Engine().GetLastOutput(), path);
             mp3.ExpectSource(Decode(path, true).samples,
                              {mp3.Source(id, from), mp3.Source(id, to - 1) + 1}, id);
+
+            // As another session repeats it.
+            EditedMP3 again(clip);
+            for (const HistoryItem& item : mp3.Engine().histories) {
+                EXPECT_TRUE(
+                    item.edit == EditKind::None ||
+                    again.Engine().RepeatEdit(item.parentId, item.edit, item.range, item.range, 1));
+            }
+            EXPECT_TRUE(TemporaryFolder::Read(again.SaveFinished("b.mp3")) == bytes);
         }
     }
 }
