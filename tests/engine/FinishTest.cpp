@@ -8,71 +8,99 @@
 #include <map>
 #include <numeric>
 #include <set>
+#include <span>
 
 namespace {
 
 namespace fs = std::filesystem;
 
-/// An MP3 and what edits have left of it, kept in the plainest way: by frame.
+/// An MP3 and what edits have left of it, kept in the plainest way: frame by frame.
 class EditedMP3 {
 public:
+    struct Entry {
+        std::vector<long long> held;           // frames
+        std::set<long long> removed;           // those that lay between others
+        std::pair<long long, long long> marks; // where it begins and ends; sample frames
+    };
+
     explicit EditedMP3(const std::string& clip)
         : file(TemporaryFolder::Read(std::string(KLIPRA_CLIPS) + "/" + clip), 0, FormatType::MP3),
           whole(Decode(file.path, false)), music(Decode(file.path, true)),
           samples(whole.rateHz >= 32000 ? 1152 : 576) {
-        held[1].resize(static_cast<std::size_t>(whole.SampleFrames() / samples));
-        std::iota(held[1].begin(), held[1].end(), 0);
-        marks[1] = {0, whole.SampleFrames()};
+        Entry& entry = entries[1];
+        entry.held.resize(static_cast<std::size_t>(whole.SampleFrames() / samples));
+        std::iota(entry.held.begin(), entry.held.end(), 0);
+        // What a player leaves out.
+        const auto played =
+            std::ranges::search(whole.samples, std::span(music.samples).first(4000));
+        const long long begin = (played.begin() - whole.samples.begin()) / whole.channels;
+        entry.marks = {begin, begin + music.SampleFrames()};
     }
 
     KlipraMac& Engine() { return file.adaptor; }
+    const Entry& Current() { return entries.at(Engine().currentHistoryId); }
     unsigned long long Position(long long sample) const {
         return static_cast<unsigned long long>(sample * 2 * whole.channels);
     }
-    long long Length(int id) const { return static_cast<long long>(held.at(id).size()) * samples; }
-    /// The sample frame of the opened file that stands at one of an entry.
-    long long Source(int id, long long sample) const {
-        return held.at(id)[static_cast<std::size_t>(sample / samples)] * samples + sample % samples;
+    long long Length(const Entry& entry) const {
+        return static_cast<long long>(entry.held.size()) * samples;
+    }
+    /// The part of the opened file that a range of an entry means.
+    std::pair<long long, long long> Asked(const Entry& entry, long long from, long long to) const {
+        const auto source = [&](long long sample) {
+            return entry.held[static_cast<std::size_t>(sample / samples)] * samples +
+                   sample % samples;
+        };
+        const auto [begin, end] = entry.marks;
+        return {from == 0 ? begin : std::max(source(from), begin),
+                to == Length(entry) ? end : std::min(source(to - 1) + 1, end)};
     }
 
     /// Edits the current entry and follows that; sample frames.
     void Cut(bool keep, long long from, long long to) {
-        const int parent = Engine().currentHistoryId;
+        const Entry& parent = Current();
         Engine().cutPositions = {Position(from), Position(to)};
         ASSERT_TRUE(Engine().Cut(keep));
-        std::vector<long long> left;
+        Entry& entry = entries[Engine().currentHistoryId] = {{}, parent.removed, parent.marks};
         for (const CutRun& run : CutSummaries().at(0).runs) {
-            left.insert(left.end(), held[parent].begin() + run.first,
-                        held[parent].begin() + run.first + run.count);
+            entry.held.insert(entry.held.end(), parent.held.begin() + run.first,
+                              parent.held.begin() + run.first + run.count);
         }
-        held[parent + 1] = left;
-        marks[parent + 1] =
-            keep ? std::pair(Source(parent, from), Source(parent, to - 1) + 1) : marks[parent];
-        ASSERT_EQ(Engine().length, Position(Length(parent + 1)));
+        ASSERT_EQ(Engine().length, Position(Length(entry)));
+        const auto [begin, end] = Asked(parent, from, to);
+        if (keep) {
+            entry.marks = {begin, end};
+        } else if (end == parent.marks.second) {
+            entry.marks.second = begin;
+        } else if (begin == parent.marks.first) {
+            entry.marks.first = end;
+        } else {
+            const auto left = static_cast<std::size_t>(CutSummaries()[0].runs[0].count);
+            const long long behind =
+                left < entry.held.size() ? entry.held[left] : (end + samples - 1) / samples;
+            for (long long frame = entry.held[left - 1] + 1; frame < behind; ++frame) {
+                entry.removed.insert(frame);
+            }
+        }
     }
 
     std::string SaveFinished(const std::string& name) {
         person.answer = file.folder.Path(name);
         std::string path;
         EXPECT_TRUE(Engine().SaveFinished(path));
+        EXPECT_TRUE(Engine().GetFinishNotes().empty());
         return path;
     }
 
-    /// Expects the sample frames between the marks, but for what was left out in between; behind a
-    /// join two frames sound together.
-    void ExpectSource(const Floats& finished, const std::pair<long long, long long>& wanted,
-                      int id) const {
-        std::set<long long> removed;
-        for (std::size_t i = 1; i < held.at(id).size(); ++i) {
-            for (long long frame = held.at(id)[i - 1] + 1; frame < held.at(id)[i]; ++frame) {
-                removed.insert(frame);
-            }
-        }
+    /// Expects the sample frames between marks, but for what was removed there; behind a join two
+    /// frames sound together.
+    void ExpectSource(const std::string& path, const std::pair<long long, long long>& marks) {
+        const Floats finished = Decode(path, true).samples;
         std::size_t at = 0;
         long long exactFrom = 0;
         double difference = 0.0;
-        for (long long sample = wanted.first; sample < wanted.second; ++sample) {
-            if (removed.contains(sample / samples)) {
+        for (long long sample = marks.first; sample < marks.second; ++sample) {
+            if (Current().removed.contains(sample / samples)) {
                 exactFrom = (sample / samples + 1) * samples + 1152;
                 continue;
             }
@@ -93,8 +121,7 @@ public:
     Decoded whole;
     Decoded music;
     long long samples; // of a frame
-    std::map<int, std::vector<long long>> held;
-    std::map<int, std::pair<long long, long long>> marks; // in the opened file
+    std::map<int, Entry> entries;
 };
 
 const char* const kClips[] = {"joint-stereo-44100.mp3", "vbr-xing-48000.mp3",
@@ -102,32 +129,36 @@ const char* const kClips[] = {"joint-stereo-44100.mp3", "vbr-xing-48000.mp3",
 
 TEST(FinishedEdits, AreTheSourceToTheSampleAfterAnyEdits) {
     for (const char* const clip : kClips) {
-        for (unsigned int seed = 0; seed < 4; ++seed) {
+        for (unsigned int seed = 0; seed < 8; ++seed) {
             SCOPED_TRACE(testing::Message() << clip << " " << seed);
             Random random(seed);
             EditedMP3 mp3(clip);
-            const auto between = [&](double from, double to) {
-                const auto length = static_cast<double>(mp3.Length(mp3.Engine().currentHistoryId));
-                return static_cast<long long>(length * (from + (to - from) * 0.001 * random(1000)));
-            };
-            mp3.Cut(false, between(0.2, 0.3), between(0.35, 0.4));
-            mp3.Cut(true, between(0.05, 0.15), between(0.85, 0.95));
-            mp3.Cut(false, between(0.4, 0.45), between(0.5, 0.6));
-            mp3.Cut(false, between(0.4, 0.45), between(0.5, 0.6));
-            const int id = mp3.Engine().currentHistoryId;
-            ASSERT_EQ(id, 5);
+            const auto below = [&](long long limit) { return random(static_cast<int>(limit)); };
+            for (int edit = 0; edit < 6; ++edit) {
+                const long long length = mp3.Length(mp3.Current());
+                const bool keep = random(3) == 0;
+                const long long size = keep ? length / 2 : length / 6;
+                const bool isFromBegin = random(5) == 0;
+                const long long from = isFromBegin ? 0 : below(length - size);
+                const bool isToEnd = random(5) == 0 && from > length / 2;
+                const long long to = isToEnd ? length : from + 1 + size / 2 + below(size / 2);
+                ASSERT_NO_FATAL_FAILURE(mp3.Cut(keep, from, to));
+                if (mp3.Current().held.size() < 30) {
+                    break;
+                }
+            }
             const std::string path = mp3.SaveFinished("a.mp3");
-            mp3.ExpectSource(Decode(path, true).samples, mp3.marks[id], id);
-            EXPECT_TRUE(mp3.Engine().FindHistoryItem(id)->saved);
+            mp3.ExpectSource(path, mp3.Current().marks);
+            EXPECT_TRUE(mp3.Engine().histories.back().saved);
             const std::string bytes = TemporaryFolder::Read(path);
 
-            const long long from = between(0.1, 0.4);
-            const long long to = between(0.6, 0.9);
+            const long long length = mp3.Length(mp3.Current());
+            const long long from = length / 8 + below(length / 4);
+            const long long to = length / 2 + below(length / 3);
             mp3.Engine().cutPositions = {mp3.Position(to), mp3.Position(from)};
             mp3.Engine().SaveRangeFinished();
             EXPECT_EQ(mp3.Engine().GetLastOutput(), path);
-            mp3.ExpectSource(Decode(path, true).samples,
-                             {mp3.Source(id, from), mp3.Source(id, to - 1) + 1}, id);
+            mp3.ExpectSource(path, mp3.Asked(mp3.Current(), from, to));
 
             // As another session repeats it.
             EditedMP3 again(clip);
@@ -145,7 +176,7 @@ TEST(FinishedEdits, LoseNothingAtTheEnds) {
     for (const char* const clip : kClips) {
         SCOPED_TRACE(clip);
         EditedMP3 mp3(clip);
-        const long long length = mp3.Length(1);
+        const long long length = mp3.Length(mp3.Current());
         for (int i = 0; i < 10; ++i) {
             mp3.Cut(false, length / 4, length / 4 + mp3.samples);
         }
