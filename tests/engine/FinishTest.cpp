@@ -8,7 +8,6 @@
 #include <map>
 #include <numeric>
 #include <set>
-#include <span>
 
 namespace {
 
@@ -31,9 +30,9 @@ public:
         entry.held.resize(static_cast<std::size_t>(whole.SampleFrames() / samples));
         std::iota(entry.held.begin(), entry.held.end(), 0);
         // What a player leaves out.
-        const auto played =
-            std::ranges::search(whole.samples, std::span(music.samples).first(4000));
-        const long long begin = (played.begin() - whole.samples.begin()) / whole.channels;
+        const auto played = std::search(whole.samples.begin(), whole.samples.end(),
+                                        music.samples.begin(), music.samples.begin() + 4000);
+        const long long begin = (played - whole.samples.begin()) / whole.channels;
         entry.marks = {begin, begin + music.SampleFrames()};
     }
 
