@@ -42,7 +42,7 @@ long long JoinPacker::Begin(const FrameRun& run, long long wantedBegin) {
     const auto needed = [&] {
         return (need + like.payloadBytes[index] - 1) / like.payloadBytes[index];
     };
-    m_carriers = like.payloadBytes[index] > 0 ? needed() : kMostCarriers + 1;
+    m_carriers = need == 0 ? 0 : like.payloadBytes[index] > 0 ? needed() : kMostCarriers + 1;
     while (m_carriers > kMostCarriers && index + 1 < like.payloadBytes.size()) {
         // One larger frame: players decode only a few frames ahead of the first one wanted.
         ++index;

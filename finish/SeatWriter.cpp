@@ -45,6 +45,9 @@ private:
 /// A frame up to its payload, as its seat has it.
 std::vector<std::uint8_t> HeadOf(const Seat& seat, const SourceFrame& frame) {
     constexpr unsigned int kPaddingBit = 2;
+    if (frame.isForeign) {
+        return frame.bytes;
+    }
     std::vector<std::uint8_t> head(frame.bytes.begin(),
                                    frame.bytes.begin() +
                                        static_cast<std::ptrdiff_t>(frame.PayloadOffset()));

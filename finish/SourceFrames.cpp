@@ -121,8 +121,7 @@ SourceFrame SourceFrames::Describe(std::span<const std::uint8_t> bytes) {
     (void)bitstream::DecodeHeader(frame.bytes.data(), frame.facts);
     frame.packed.bitrateIndex = frame.facts.bitrateIndex;
     if (frame.facts.layer != 2 || frame.bytes.size() <= frame.PayloadOffset()) {
-        frame.packed.isOpaque = true;
-        frame.packed.payloadBytes[frame.facts.bitrateIndex] = 0;
+        frame.isForeign = frame.packed.isOpaque = true;
         return frame;
     }
     frame.wasHeader = TakeIdentifier(frame.bytes, kHeaderBytes + frame.facts.SideInfoBytes());

@@ -20,9 +20,14 @@ struct SourceFrame {
     bitstream::FrameFacts facts;
     PackedFrame packed;
     bool wasHeader = false; ///< the header frame of another file, which no longer says so
+    bool isForeign =
+        false; ///< no Layer III frame, or one without room for main data: stays as it is
 
     std::size_t SideInfoOffset() const;
-    std::size_t PayloadOffset() const { return SideInfoOffset() + facts.SideInfoBytes(); }
+    /// Where its main data may begin; its end for a foreign one.
+    std::size_t PayloadOffset() const {
+        return isForeign ? bytes.size() : SideInfoOffset() + facts.SideInfoBytes();
+    }
 };
 
 /// The audio frames of an MP3, numbered from 0 without that of its VBR header, in one walk from

@@ -180,6 +180,18 @@ TEST_F(FinishedMP3s, CorrectTheLengthInATagAndSayWhatTheyCannot) {
     EXPECT_EQ(DescribeNote(FinishNotes()[0]), "CHAP: describes the source");
 }
 
+TEST_F(FinishedMP3s, LeaveAFrameOfAnotherLayerAsItIs) {
+    std::string bytes = Read(std::string(KLIPRA_CLIPS) + "/joint-stereo-44100.mp3");
+    const std::size_t place = bytes.find(bytes.substr(0, 3), bytes.size() / 3);
+    bytes[place + 1] = '\xFF'; // Layer I, whose frames are shorter at this bitrate
+    const std::string foreign = bytes.substr(place, 172);
+    const std::string source = folder.Write("source.mp3", bytes);
+    const double seconds = static_cast<double>(place) / 8000.0; // 64 kbit/s
+    const FinishPiece piece{Path("a.mp3"), {{seconds - 0.1, seconds + 0.5}}, true};
+    ASSERT_TRUE(FinishMP3(source.c_str(), {&piece, 1}));
+    EXPECT_NE(Read(piece.path).find(foreign), std::string::npos);
+}
+
 TEST_F(FinishedMP3s, AreWholeOrAbsentWhateverTheSource) {
     Random random(4);
     for (int round = 0; round < 150; ++round) {
