@@ -16,6 +16,9 @@ void FuzzCutWAV(const FuzzInput& input);
 /// The cutter of whole WAV files: all samples of the source but some, and again all of the result.
 void FuzzCutWholeWAV(const FuzzInput& input);
 
+/// What is finished of an MP3, from it alone and by way of an edit.
+void FuzzFinish(const FuzzInput& input);
+
 /// A decoding stream: length, seeks, levels and seek information.
 void FuzzStream(const FuzzInput& input);
 

@@ -44,8 +44,8 @@ std::vector<std::string> LargeFiles() {
 }
 
 constexpr void (*kTargets[])(const FuzzInput&) = {FuzzParser,      FuzzCutMP3, FuzzCutWAV,
-                                                  FuzzCutWholeWAV, FuzzStream, FuzzInfo,
-                                                  FuzzList,        FuzzJournal};
+                                                  FuzzCutWholeWAV, FuzzFinish, FuzzStream,
+                                                  FuzzInfo,        FuzzList,   FuzzJournal};
 
 class Replay : public testing::TestWithParam<std::size_t> {
 protected:
