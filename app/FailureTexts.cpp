@@ -51,7 +51,7 @@ public:
         case CutReason::DiskFull:
             return tr("ディスクに空きがありません");
         case CutReason::EditAltered:
-            return tr("編集した音声のファイルが別のプログラムに変更されています");
+            return tr("編集結果が元のファイルの音声と一致しません");
         case CutReason::OutOfMemory:
             return tr("メモリーが足りません");
         }

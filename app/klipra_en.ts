@@ -182,8 +182,8 @@
         <translation>The disk lacks %1</translation>
     </message>
     <message>
-        <source>編集した音声のファイルが別のプログラムに変更されています</source>
-        <translation>Another program has altered the edit&apos;s file</translation>
+        <source>編集結果が元のファイルの音声と一致しません</source>
+        <translation>The edit no longer matches the opened file</translation>
     </message>
 </context>
 <context>

@@ -56,7 +56,7 @@ const char* Text(CutReason reason) {
     case CutReason::DiskFull:
         return "the disk is full";
     case CutReason::EditAltered:
-        return "the edit's file was altered by another program";
+        return "no longer holds what the edits made of the opened file";
     case CutReason::Cancelled:
         return "cancelled";
     case CutReason::OutOfMemory:

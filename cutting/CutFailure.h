@@ -25,7 +25,7 @@ enum class CutReason {
     OutputNotCreatable, ///< has an error number
     OutputNotWritable,  ///< has an error number
     DiskFull,           ///< or the person's share of it is used up
-    EditAltered,        ///< the file of an edit holds other audio than the edit has put there
+    EditAltered,        ///< an edit's file is not of its source: another program altered either
     Cancelled,          ///< by whoever installed a CutProgress
     OutOfMemory,
 };
