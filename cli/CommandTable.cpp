@@ -172,6 +172,34 @@ CommandInfo Wave() {
     };
 }
 
+CommandInfo Compare() {
+    return {
+        .name = "compare",
+        .forms = {"[--json] SOURCE RESULT"},
+        .leastOperands = 2,
+        .mostOperands = 2,
+        .operands = {ValueKind::Source},
+        .options = OptionsOf({Option::Json}, false),
+        .summary = "tells which parts of SOURCE another file holds",
+        .details =
+            {"Each line is a run of frames of RESULT, of an MP3 counted from 0 behind the frame of "
+             "its VBR header, of a WAV sample frames: where in SOURCE they stand, every byte the "
+             "same; that a join has altered them, which --finish does to a few beside it, so that "
+             "they decode from the same data or are mute; or that they are from elsewhere. Every "
+             "frame of RESULT is in one line.",
+             "With --json it is an object of 'runs', each with the first frame in the 'result' "
+             "and in the 'source' and their 'count', and of the numbers of all frames that are "
+             "'altered' and 'foreign'.",
+             "The status is 0 also where frames are from elsewhere; so count, of a WAV of hours, "
+             "stretches of the source of less than a twentieth of a second, too. Tags and what "
+             "else is around "
+             "the audio is not compared."},
+        .examples = {{"See that a cut has left everything else as it was:",
+                      "klipra-cli compare show.mp3 show-only.mp3"}},
+        .run = RunCompare,
+    };
+}
+
 CommandInfo Help() {
     return {
         .name = "help",
@@ -228,8 +256,8 @@ const std::vector<OptionInfo>& Options() {
 }
 
 const std::vector<CommandInfo>& Commands() {
-    static const std::vector<CommandInfo> kCommands = {Info(),   Extract(), Cut(), Split(),
-                                                       Scenes(), Wave(),    Help()};
+    static const std::vector<CommandInfo> kCommands = {Info(),   Extract(), Cut(),     Split(),
+                                                       Scenes(), Wave(),    Compare(), Help()};
     return kCommands;
 }
 

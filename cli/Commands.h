@@ -10,5 +10,6 @@ int RunExtract(const Arguments& arguments);
 int RunCut(const Arguments& arguments);
 int RunSplit(const Arguments& arguments);
 int RunScenes(const Arguments& arguments);
+int RunCompare(const Arguments& arguments);
 int RunWave(const Arguments& arguments);
 int RunHelp(const Arguments& arguments);

@@ -197,6 +197,29 @@ TEST_F(CommandsTest, TagsAreSetOnlyWhenAskedFor) {
     EXPECT_NE(TemporaryFolder::Read(m_folder.Path("w2.wav")).find("IPRT"), std::string::npos);
 }
 
+TEST_F(CommandsTest, CompareTellsWhatIsKeptAlteredAndFromElsewhere) {
+    m_folder.Write("s.mp3", TemporaryFolder::Read(KLIPRA_CLIPS "/joint-stereo-44100.mp3"));
+    Done("cut s.mp3 0.5 1 r.mp3");
+    ExpectOutcome("compare s.mp3 r.mp3", 0,
+                  "0 to 19 are 1 to 20 of the source 20 to 133 are 40 to 153 of the source "
+                  "134 frames: 134 unchanged, 0 altered, 0 from elsewhere ",
+                  "");
+    Done("cut --finish s.mp3 0.5 1 r.mp3");
+    ExpectOutcome("compare s.mp3 r.mp3", 0, ".*[1-9]\\d* altered, 0 from elsewhere ", "");
+    Done("extract a.WAV 2 2.0005 r.wav");
+    EXPECT_EQ(Done("compare --json a.WAV r.wav"),
+              "{\"runs\": [{\"result\": 0, \"source\": 16000, \"count\": 4}], "
+              "\"altered\": [], \"foreign\": []}\n");
+    WavBuilder other = m_wav;
+    other.samples.resize(4);
+    other.formatTag = 6;
+    m_folder.Write("other.wav", other.Bytes());
+    EXPECT_EQ(Done("compare --json a.WAV other.wav"),
+              "{\"runs\": [], \"altered\": [], \"foreign\": [0, 1]}\n");
+    ExpectFailure(2, "compare a.WAV r.mp3", "needs the extension of the source, .wav");
+    ExpectFailure(1, "compare a.WAV none.wav", "'none.wav': No such file");
+}
+
 // The manual page and the help are made of these, too.
 TEST_F(CommandsTest, EveryExampleRuns) {
     const FrameFormat small{.version = 0, .bitrateKbps = 8, .rateHz = 8000, .channelMode = 3};
