@@ -88,13 +88,20 @@ class Bench:
         return [self.program, operation, recording.path, *span, result], result, result_copy
 
 
+def copies(source, result, at_most):
+    """Copying the same bytes: with the promise that klipra-cli gives, to have them on the disk when
+    it ends, and without."""
+    durable = ["sh", "-c", 'cp "$0" "$1" && sync "$1"', source, result]
+    return [Peer("cp && sync", durable, at_most), Peer("cp", ["cp", source, result])]
+
+
 def extract(bench, recording):
     """Keeps all but ten minutes at each end."""
     start, end = recording.middle()
     command, result, result_copy = bench.edit("extract", recording, (start, end))
     source = ["-ss", start, "-to", end, "-i", recording.path]
     peers = [
-        Peer("cp", ["cp", result_copy, result], recording.bound(2)),
+        *copies(result_copy, result, recording.bound(2)),
         Peer("ffmpeg -c copy", ffmpeg(source, result), recording.bound(1 / 3)),
     ]
     if recording.path.suffix == ".mp3":
@@ -102,10 +109,17 @@ def extract(bench, recording):
     return Work(command, result, result_copy, peers)
 
 
+def finish(bench, recording):
+    """The same with its joins and its header made true."""
+    command, result, result_copy = bench.edit("extract", recording, recording.middle())
+    peers = copies(result_copy, result, recording.bound(2))
+    return Work([*command, "--finish"], result, result_copy, peers)
+
+
 def extract_whole(bench, recording):
     """The same from a WAV whose chunks are all kept and corrected."""
     command, result, result_copy = bench.edit("extract", recording, recording.middle())
-    return Work(command, result, result_copy, [Peer("cp", ["cp", result_copy, result], 1.3)])
+    return Work(command, result, result_copy, copies(result_copy, result, 1.3))
 
 
 def cut_ten_minutes(bench, recording):
@@ -197,9 +211,11 @@ def mp3splt(source, start, end, result):
 
 WORKS = {
     "cbr extract": lambda bench: extract(bench, bench.cbr()),
+    "cbr finish": lambda bench: finish(bench, bench.cbr()),
     "cbr cut": lambda bench: cut(bench, bench.cbr()),
     "cbr cut 10 min": lambda bench: cut_ten_minutes(bench, bench.cbr()),
     "vbr extract": lambda bench: extract(bench, bench.vbr()),
+    "vbr finish": lambda bench: finish(bench, bench.vbr()),
     "vbr cut": lambda bench: cut(bench, bench.vbr()),
     "vbr cut 10 min": lambda bench: cut_ten_minutes(bench, bench.vbr()),
     "wav extract": lambda bench: extract(bench, bench.wav()),

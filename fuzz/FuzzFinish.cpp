@@ -1,3 +1,5 @@
+#include "comparing/FramePrints.h"
+#include "cutting/CutError.h"
 #include "cutting/CutFailure.h"
 #include "cutting/CutMP3.h"
 #include "cutting/CutSummary.h"
@@ -38,6 +40,33 @@ void CheckFinished(const FuzzInput& input, bool isFinished, const std::string& p
     std::filesystem::remove(path);
 }
 
+/// None of a file that is too small for the parser, or has no frame but that of its header.
+std::vector<FramePrint> FramePrints(const std::string& path) {
+    try {
+        CMPAFile file(path.c_str());
+        return ReadFramePrints(file);
+    } catch (const CMPAException&) {
+        return {};
+    } catch (const CutError&) {
+        return {};
+    }
+}
+
+/// Expects that every frame is told of once, and that nothing is told that is not so.
+void CheckComparison(const std::string& sourcePath, const std::string& resultPath) {
+    const std::vector<FramePrint> source = FramePrints(sourcePath);
+    const std::vector<FramePrint> result = FramePrints(resultPath);
+    const Comparison comparison = MatchFrames(source, result);
+    Require(comparison.CountFrames() == std::ssize(result), "every frame is told of once");
+    for (const Comparison::Run& run : comparison.runs) {
+        for (long long i = 0; i < run.count; ++i) {
+            Require(source.at(static_cast<std::size_t>(run.source + i)).bytes ==
+                        result.at(static_cast<std::size_t>(run.result + i)).bytes,
+                    "a frame that is unchanged is there in the source");
+        }
+    }
+}
+
 void Finish(const FuzzInput& input) {
     const std::string output = FuzzPath("output");
     const auto [start, end] = std::minmax({input.Seconds(0), input.Seconds(1)});
@@ -51,6 +80,7 @@ void Finish(const FuzzInput& input) {
         return;
     }
     const CutSummary summary = CutSummaries().front();
+    CheckComparison(input.Path(), edited);
     FrameEdit edit;
     edit.keep = keep;
     edit.range = range;

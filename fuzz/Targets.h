@@ -16,7 +16,8 @@ void FuzzCutWAV(const FuzzInput& input);
 /// The cutter of whole WAV files: all samples of the source but some, and again all of the result.
 void FuzzCutWholeWAV(const FuzzInput& input);
 
-/// What is finished of an MP3, from it alone and by way of an edit.
+/// What is finished of an MP3, from it alone and by way of an edit; how that compares with its
+/// source.
 void FuzzFinish(const FuzzInput& input);
 
 /// A decoding stream: length, seeks, levels and seek information.
