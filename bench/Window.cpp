@@ -2,9 +2,12 @@
 #include "app/PrepareApplication.h"
 #include "app/WaveView.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QLabel>
+#include <QSlider>
 #include <QTimer>
 
 #include <algorithm>
@@ -72,6 +75,27 @@ void MeasureZoomChanges(KlipraMac& klipra, WaveView& view) {
     }
 }
 
+/// Tells how long a step of a slider takes until the list of quiet places is what it has to be, and
+/// painted.
+void MeasureSlider(QWidget& window) {
+    window.findChild<QAction*>(QStringLiteral("QuietListMenu"))->trigger();
+    const auto* const count = window.findChild<QLabel*>(QStringLiteral("quietCount"));
+    RunUntil([&] { return count->text().endsWith(QStringLiteral("か所")); });
+    auto* const slider = window.findChild<QSlider*>(QStringLiteral("quietSeconds"));
+    constexpr int kSteps = 10;
+    double longest = 0.0;
+    for (int i = 0; i < kSteps; ++i) {
+        QElapsedTimer step;
+        step.start();
+        slider->setValue(slider->value() - 1);
+        QCoreApplication::processEvents();
+        longest = std::max(longest, Milliseconds(step));
+    }
+    std::printf("step of a slider until listed, longest        %8.2f ms (%s)\n", longest,
+                qPrintable(count->text()));
+    window.findChild<QAction*>(QStringLiteral("QuietListMenu"))->trigger();
+}
+
 /// Removes the middle of the file, as the menu does, and tells how long that took and for how long
 /// the window did not answer meanwhile.
 void MeasureRemoval(KlipraMac& klipra) {
@@ -114,8 +138,8 @@ std::pair<double, double> MeasureRepaints(WaveView& view) {
 } // namespace
 
 // Opens a file as the program does, and tells how quickly its window answers while the waveform is
-// painted, how soon it shows another zoom, how long a search and a repaint at the largest zoom
-// take, and what the window costs at rest.
+// painted, how soon it shows another zoom, how long a search, a step of a slider and a repaint at
+// the largest zoom take, and what the window costs at rest.
 int main(int argc, char** argv) {
     if (argc != 2) {
         std::fputs("Usage: klipra-window FILE\n", stderr);
@@ -144,6 +168,7 @@ int main(int argc, char** argv) {
     const int places = klipra->SearchSceanChange();
     std::printf("search with all levels known, %6d places    %8.2f ms\n", places,
                 Milliseconds(search));
+    MeasureSlider(*delegate.GetWindow());
 
     klipra->Zoom(klipra->maxZoom);
     klipra->SetStartPosition();
