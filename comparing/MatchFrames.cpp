@@ -23,10 +23,9 @@ public:
 
     /// Ascending.
     std::span<const std::uint32_t> Find(const FramePrint& print) const {
-        const auto found =
-            std::ranges::equal_range(m_frames, print.*m_key, {},
-                                     [&](std::uint32_t frame) { return m_prints[frame].*m_key; });
-        return {found.begin(), found.end()};
+        const auto hash = [&](std::uint32_t frame) { return m_prints[frame].*m_key; };
+        return {std::ranges::lower_bound(m_frames, print.*m_key, {}, hash),
+                std::ranges::upper_bound(m_frames, print.*m_key, {}, hash)};
     }
 
 private:

@@ -60,6 +60,6 @@ std::span<const SampleIndex::Entry> SampleIndex::Find(std::uint64_t hash) const 
     if (!m_sieve[SieveIndex(hash)]) {
         return {};
     }
-    const auto found = std::ranges::equal_range(m_entries, hash, {}, &Entry::hash);
-    return {found.begin(), found.end()};
+    return {std::ranges::lower_bound(m_entries, hash, {}, &Entry::hash),
+            std::ranges::upper_bound(m_entries, hash, {}, &Entry::hash)};
 }

@@ -145,11 +145,10 @@ private:
 
     void ChooseDataSize(Chunk& data) const {
         const long long rest = m_layout.fileSize - data.Payload();
-        auto declared = static_cast<std::uint64_t>(data.size);
-        if (declared == kIn64Bits && m_dataSize != 0) {
-            declared = m_dataSize;
-        }
-        const bool isUnknown = declared == 0 ? !IsChainOfChunks(data.Payload())
+        const bool isElsewhere = data.size == kIn64Bits;
+        const std::uint64_t declared =
+            isElsewhere ? m_dataSize : static_cast<std::uint64_t>(data.size);
+        const bool isUnknown = declared == 0 ? isElsewhere || !IsChainOfChunks(data.Payload())
                                              : declared > static_cast<std::uint64_t>(rest);
         data.size = isUnknown ? rest : static_cast<long long>(declared);
     }

@@ -237,6 +237,16 @@ TEST_F(CutWholeWAVs, ResultsAreRF64OnlyWhereTheyHaveToBe) {
     WholeWAVLayout layout;
     ASSERT_EQ(ReadWholeWAVLayout(file.get(), layout), CutReason::None);
     EXPECT_EQ(layout.SampleFrames(), kLarge);
+
+    // What a pipe leaves tells no size, not that of four gigabytes either.
+    const std::string piped =
+        m_folder.Write("piped.wav", begin.substr(0, begin.size() - 4) + Number(0xFFFFFFFF));
+    std::filesystem::resize_file(piped, begin.size() + std::size_t{kLarge} * 8);
+    WholeWAVLayout pipedLayout;
+    ASSERT_EQ(ReadWholeWAVLayout(OpenRegularFile(piped.c_str()).get(), pipedLayout),
+              CutReason::None);
+    EXPECT_EQ(pipedLayout.SampleFrames(), kLarge);
+
     const auto plan = [&](long long frames) {
         std::pair<std::string, long long> written; // our own bytes, and of how many there are
         for (const WAVStretch& stretch :
