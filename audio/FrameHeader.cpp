@@ -24,7 +24,7 @@ std::optional<FrameHeader> FrameHeader::Parse(const std::uint8_t* bytes) {
 }
 
 std::uint32_t FrameHeader::SideInfoOffset() const {
-    return static_cast<std::uint32_t>(kBytes) + (crc ? 2 : 0);
+    return bitstream::kHeaderBytes + (crc ? bitstream::kCRCBytes : 0);
 }
 
 std::uint32_t FrameHeader::MainDataBytes() const {

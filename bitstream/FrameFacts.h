@@ -4,6 +4,9 @@
 /// extension, which halves the sampling rates of MPEG 2 once more).
 namespace bitstream {
 
+inline constexpr unsigned int kHeaderBytes = 4;
+inline constexpr unsigned int kCRCBytes = 2;
+
 inline constexpr unsigned int kReservedVersion = 1;
 inline constexpr unsigned int kMPEG1 = 3;
 inline constexpr unsigned int kLayerII = 1;
@@ -105,6 +108,10 @@ struct FrameFacts {
 
     constexpr bool IsSingleChannel() const { return channelMode == kSingleChannel; }
     constexpr unsigned int SamplesPerFrame() const { return kSamplesPerFrame[isLSF][layer]; }
+    /// Where the side information of a Layer III frame begins, bytes from its header.
+    constexpr unsigned int SideInfoOffset() const {
+        return kHeaderBytes + (isCRCProtected ? kCRCBytes : 0);
+    }
     /// That a Layer III frame of this kind has.
     constexpr unsigned int SideInfoBytes() const {
         return kSideInfoBytes[isLSF][IsSingleChannel()];

@@ -148,23 +148,23 @@ void PrintNumbers(const std::vector<FrameRun>& stretches) {
     for (const FrameRun& stretch : stretches) {
         for (long long frame = stretch.begin; frame < stretch.end; ++frame) {
             std::printf("%s%lld", separator, frame);
-            separator = ", ";
+            separator = ",";
         }
     }
 }
 
 // As it goes: of a WAV the list of what is foreign can be longer than memory.
 void PrintJson(const Comparison& comparison) {
-    std::printf("{\"runs\": [");
+    std::printf("{\"runs\":[");
     const char* separator = "";
     for (const Comparison::Run& run : comparison.runs) {
-        std::printf("%s{\"result\": %lld, \"source\": %lld, \"count\": %lld}", separator,
-                    run.result, run.source, run.count);
-        separator = ", ";
+        std::printf("%s{\"result\":%lld,\"source\":%lld,\"count\":%lld}", separator, run.result,
+                    run.source, run.count);
+        separator = ",";
     }
-    std::printf("], \"altered\": [");
+    std::printf("],\"altered\":[");
     PrintNumbers(comparison.altered);
-    std::printf("], \"foreign\": [");
+    std::printf("],\"foreign\":[");
     PrintNumbers(comparison.foreign);
     std::puts("]}");
 }

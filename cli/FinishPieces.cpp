@@ -45,9 +45,7 @@ public:
 
 private:
     long long Position(double seconds) const {
-        constexpr double kRounding = 1e-6; // of a sample frame
-        const double position = std::floor(seconds * m_rateHz + kRounding);
-        return position < static_cast<double>(m_total) ? static_cast<long long>(position) : m_total;
+        return std::isfinite(seconds) ? std::min(SampleAt(seconds, m_rateHz), m_total) : m_total;
     }
 
     double m_rateHz = 0.0;

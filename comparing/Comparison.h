@@ -17,7 +17,7 @@ struct Comparison {
     };
 
     std::vector<Run> runs;         ///< ascending in the result
-    std::vector<FrameRun> altered; ///< of the result: frames of the source, packed anew or muted
+    std::vector<FrameRun> altered; ///< of the result: by making joins, see MatchFrames
     std::vector<FrameRun> foreign; ///< of the result: from elsewhere
 
     /// Of the result.

@@ -2,25 +2,21 @@
 
 #include "bitstream/FrameFacts.h"
 #include "bitstream/SideInfo.h"
+#include "comparing/Hash.h"
 #include "finish/SourceFrames.h"
 
-#define XXH_INLINE_ALL
 #include <algorithm>
 #include <array>
 #include <limits>
 #include <span>
-#include <xxhash.h>
 
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
-constexpr std::size_t kHeaderBytes = 4;
-constexpr std::size_t kCRCBytes = 2;
-
 // 0 stands for no hash.
 std::uint64_t Hash(Bytes bytes, std::uint64_t seed = 0) {
-    return std::max<std::uint64_t>(XXH3_64bits_withSeed(bytes.data(), bytes.size(), seed), 1);
+    return std::max<std::uint64_t>(HashOf(bytes, seed), 1);
 }
 
 /// Follows the main data of the frames of a stream.
@@ -29,26 +25,21 @@ public:
     FramePrint Print(Bytes frame) {
         FramePrint print{.bytes = Hash(frame)};
         bitstream::FrameFacts facts;
-        if (bitstream::DecodeHeader(frame.data(), facts) != bitstream::HeaderState::Sound ||
-            facts.layer != 2) {
+        if (bitstream::DecodeHeader(frame.data(), facts) == bitstream::HeaderState::Sound &&
+            facts.layer == 2 && frame.size() >= facts.SideInfoOffset() + facts.SideInfoBytes()) {
+            PrintSound(frame, facts, print);
+        } else {
             m_mainData.clear();
-            return print;
         }
-        const std::size_t sideInfo = kHeaderBytes + (facts.isCRCProtected ? kCRCBytes : 0);
-        if (frame.size() < sideInfo + facts.SideInfoBytes()) {
-            m_mainData.clear();
-            return print;
-        }
-        PrintSound(frame, facts, sideInfo, print);
         return print;
     }
 
 private:
-    void PrintSound(Bytes frame, const bitstream::FrameFacts& facts, std::size_t offset,
-                    FramePrint& print) {
-        const Bytes payload = frame.subspan(offset + facts.SideInfoBytes());
+    void PrintSound(Bytes frame, const bitstream::FrameFacts& facts, FramePrint& print) {
+        const Bytes sideInfo = frame.subspan(facts.SideInfoOffset(), facts.SideInfoBytes());
+        const Bytes payload = frame.subspan(facts.SideInfoOffset() + facts.SideInfoBytes());
         const auto info =
-            bitstream::SideInfo::Read(frame.data() + offset, facts.isLSF, facts.IsSingleChannel());
+            bitstream::SideInfo::Read(sideInfo.data(), facts.isLSF, facts.IsSingleChannel());
         const std::size_t before = m_mainData.size();
         m_mainData.insert(m_mainData.end(), payload.begin(), payload.end());
         print.isMute = info.MainDataBytes() == 0;
@@ -56,7 +47,7 @@ private:
             info.MainDataBytes() <= info.mainDataBegin + payload.size()) {
             const Bytes data =
                 Bytes(m_mainData).subspan(before - info.mainDataBegin, info.MainDataBytes());
-            print.sound = Hash(data, HashFacts(frame, facts, offset));
+            print.sound = Hash(data, HashFacts(frame, facts.isLSF, sideInfo));
         }
         const std::size_t most = bitstream::MaxMainDataBegin(facts.isLSF);
         if (m_mainData.size() > most) {
@@ -67,16 +58,13 @@ private:
 
     /// Of what a decoder has to know beside the main data: not of how large the frame is, nor of
     /// where the data begin.
-    static std::uint64_t HashFacts(Bytes frame, const bitstream::FrameFacts& facts,
-                                   std::size_t offset) {
+    static std::uint64_t HashFacts(Bytes header, bool isLSF, Bytes sideInfo) {
         constexpr std::uint8_t kBitrateAndPadding = 0xF2;
-        std::array<std::uint8_t, kHeaderBytes + bitstream::kSideInfoBytes[0][0]> known{};
-        std::copy_n(frame.begin(), kHeaderBytes, known.begin());
+        std::array<std::uint8_t, bitstream::kHeaderBytes + bitstream::kSideInfoBytes[0][0]> known{};
+        const auto behind = std::copy_n(header.begin(), bitstream::kHeaderBytes, known.begin());
         known[2] = static_cast<std::uint8_t>(known[2] & ~kBitrateAndPadding);
-        std::uint8_t* const sideInfo = known.data() + kHeaderBytes;
-        std::copy_n(frame.begin() + static_cast<std::ptrdiff_t>(offset), facts.SideInfoBytes(),
-                    sideInfo);
-        bitstream::SideInfo::WriteMainDataBegin(sideInfo, facts.isLSF, 0);
+        std::ranges::copy(sideInfo, behind);
+        bitstream::SideInfo::WriteMainDataBegin(&*behind, isLSF, 0);
         return Hash(known);
     }
 

@@ -1,5 +1,7 @@
 #include "comparing/MatchFrames.h"
 
+#include "comparing/NextCandidates.h"
+
 #include <algorithm>
 #include <span>
 
@@ -98,19 +100,13 @@ private:
         }
     }
 
-    /// Where the most frames from this one on are. Cutters keep the order, so what comes next is
-    /// looked at first.
+    /// Where the most frames from this one on are.
     /// @return kNone where there are no candidates
     long long LongestOf(std::span<const std::uint32_t> candidates, std::size_t frame, Key key,
                         long long next) const {
-        constexpr std::ptrdiff_t kMostCandidates = 64;
-        const auto behind = std::ranges::lower_bound(candidates, next) - candidates.begin();
-        const auto first =
-            std::min(behind, std::max(std::ssize(candidates) - kMostCandidates, std::ptrdiff_t{0}));
         long long best = kNone;
         std::size_t longest = 0;
-        for (auto i = first; i < std::min(first + kMostCandidates, std::ssize(candidates)); ++i) {
-            const long long place = candidates[static_cast<std::size_t>(i)];
+        for (const std::uint32_t place : NextCandidates(candidates, next)) {
             const std::size_t length = CountEqual(place, frame, key);
             if (length > longest) {
                 longest = length;

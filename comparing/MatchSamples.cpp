@@ -1,5 +1,6 @@
 #include "comparing/MatchSamples.h"
 
+#include "comparing/NextCandidates.h"
 #include "comparing/SampleIndex.h"
 #include "comparing/SampleReader.h"
 
@@ -138,22 +139,14 @@ private:
         }
     }
 
-    /// Cutters keep the order, so what comes next is looked at first.
     std::optional<Anchor> LongestOf(std::span<const SampleIndex::Entry> blocks, long long result) {
-        constexpr std::ptrdiff_t kMostCandidates = 64;
         constexpr long long kMostFrames = 1 << 16;
-        const auto next =
-            std::ranges::lower_bound(blocks, static_cast<std::uint64_t>(m_next / m_index.Block()),
-                                     {}, &SampleIndex::Entry::block);
-        const auto first =
-            std::min(next - blocks.begin(),
-                     std::max(std::ssize(blocks) - kMostCandidates, std::ptrdiff_t{0}));
+        const auto next = static_cast<std::uint64_t>(m_next / m_index.Block());
         Anchor best;
         long long longest = m_index.Block() - 1; // less is no match, whatever the hash says
-        for (auto i = first; i < std::min(first + kMostCandidates, std::ssize(blocks)); ++i) {
-            const Anchor anchor{static_cast<long long>(blocks[static_cast<std::size_t>(i)].block) *
-                                    m_index.Block(),
-                                result};
+        for (const SampleIndex::Entry& entry :
+             NextCandidates(blocks, next, &SampleIndex::Entry::block)) {
+            const Anchor anchor{static_cast<long long>(entry.block) * m_index.Block(), result};
             const long long count = CountFrom(anchor, kMostFrames);
             if (count > longest) {
                 longest = count;
@@ -167,31 +160,32 @@ private:
     long long CountFrom(Anchor at, long long most) {
         const long long end =
             std::min({most, m_source.Count() - at.source, m_result.Count() - at.result});
-        for (long long done = 0; done < end;) {
-            const long long count = std::min(m_result.MostFrames(), end - done);
+        return CountWhile(end, [&](long long done, long long count) {
             const auto ours = m_result.Read(at.result + done, count);
             const auto theirs = m_source.Read(at.source + done, count);
-            const auto [differs, other] = std::ranges::mismatch(ours, theirs);
-            if (differs != ours.end()) {
-                return done + (differs - ours.begin()) /
-                                  static_cast<std::ptrdiff_t>(m_result.FrameBytes());
-            }
-            done += count;
-        }
-        return end;
+            return std::mismatch(ours.begin(), ours.end(), theirs.begin()).first - ours.begin();
+        });
     }
 
     /// How many are the same before it, none of them before a sample frame of the result.
     long long CountBefore(Anchor at, long long begin) {
         const long long end = std::min(at.source, at.result - begin);
-        for (long long done = 0; done < end;) {
-            const long long count = std::min(m_result.MostFrames(), end - done);
+        return CountWhile(end, [&](long long done, long long count) {
             const auto ours = m_result.Read(at.result - done - count, count);
             const auto theirs = m_source.Read(at.source - done - count, count);
-            const auto differs = std::mismatch(ours.rbegin(), ours.rend(), theirs.rbegin()).first;
-            if (differs != ours.rend()) {
-                return done + (differs - ours.rbegin()) /
-                                  static_cast<std::ptrdiff_t>(m_result.FrameBytes());
+            return std::mismatch(ours.rbegin(), ours.rend(), theirs.rbegin()).first - ours.rbegin();
+        });
+    }
+
+    /// @param compare  tells how many bytes of the next sample frames are the same
+    template <typename Compare>
+    long long CountWhile(long long end, Compare compare) {
+        const auto frameBytes = static_cast<long long>(m_result.FrameBytes());
+        for (long long done = 0; done < end;) {
+            const long long count = std::min(m_result.MostFrames(), end - done);
+            const long long equal = compare(done, count) / frameBytes;
+            if (equal < count) {
+                return done + equal;
             }
             done += count;
         }

@@ -1,11 +1,10 @@
 #include "comparing/SampleIndex.h"
 
+#include "comparing/Hash.h"
 #include "comparing/SampleReader.h"
 
-#define XXH_INLINE_ALL
 #include <algorithm>
 #include <bit>
-#include <xxhash.h>
 
 namespace {
 
@@ -32,7 +31,7 @@ RollingHash::RollingHash(std::size_t frames, std::size_t frameBytes)
 }
 
 void RollingHash::Take(const std::uint8_t* frame) {
-    const std::uint64_t value = XXH3_64bits(frame, m_frameBytes);
+    const std::uint64_t value = HashOf({frame, m_frameBytes});
     std::uint64_t& oldest = m_values[m_taken % m_values.size()];
     m_hash = m_hash * kBase + value - (IsFull() ? oldest * m_highest : 0);
     oldest = value;

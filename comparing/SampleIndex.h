@@ -34,12 +34,12 @@ public:
 
     /// Sample frames in a block.
     long long Block() const { return m_block; }
-    /// The blocks that have this hash, ascending by their number.
     struct Entry {
         std::uint64_t hash;
         std::uint64_t block;
         friend auto operator<=>(const Entry&, const Entry&) = default;
     };
+    /// The blocks that have this hash, ascending by their number.
     std::span<const Entry> Find(std::uint64_t hash) const;
 
 private:

@@ -24,8 +24,8 @@ SampleReader::SampleReader(std::FILE* file, const WholeWAVLayout& layout)
 
 std::span<const std::uint8_t> SampleReader::Read(long long begin, long long count) {
     if (begin < m_begin || begin + count > m_end) {
-        // Some of it lies before what was asked for: joins are followed in both directions.
-        m_begin = std::max(0LL, begin - (m_mostFrames - count) / 2);
+        // Joins are followed in both directions.
+        m_begin = begin < m_begin ? std::max(0LL, begin + count - 2 * m_mostFrames) : begin;
         m_end = std::min(m_count, m_begin + 2 * m_mostFrames);
         const auto bytes = static_cast<std::size_t>(m_end - m_begin) * m_frameBytes;
         errno = 0;

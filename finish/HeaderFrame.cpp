@@ -23,8 +23,8 @@ constexpr std::size_t kTagCRC = kTag + 34;
 constexpr std::size_t kAll = kTag + 36;
 
 constexpr std::uint8_t kAllFields = 15;
-constexpr std::size_t kHeaderBytes = 4;
-constexpr std::size_t kCRCBytes = 2;
+using bitstream::kCRCBytes;
+using bitstream::kHeaderBytes;
 
 // Names the layout of the tag; players that know it trim, others do not.
 constexpr std::string_view kEncoder = "LAME3.90.";

@@ -55,7 +55,7 @@ std::vector<std::uint8_t> HeadOf(const Seat& seat, const SourceFrame& frame) {
     if (seat.id < 0) {
         head[2] = static_cast<std::uint8_t>(head[2] & ~kPaddingBit);
     }
-    const auto sideInfo = std::span(head).subspan(frame.SideInfoOffset());
+    const auto sideInfo = std::span(head).subspan(frame.facts.SideInfoOffset());
     if (seat.isEmpty) {
         std::ranges::fill(sideInfo, std::uint8_t{0});
     }

@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr std::size_t kHeaderBytes = 4;
-constexpr std::size_t kCRCBytes = 2;
+using bitstream::kHeaderBytes;
+
 constexpr long long kNothingBefore = -1'000'000'000;
 
 /// The room for main data that a frame like this one has at each bitrate.
@@ -42,10 +42,6 @@ bool TakeIdentifier(std::span<std::uint8_t> bytes, std::size_t offset) {
 }
 
 } // namespace
-
-std::size_t SourceFrame::SideInfoOffset() const {
-    return kHeaderBytes + (facts.isCRCProtected ? kCRCBytes : 0);
-}
 
 SourceFrames::SourceFrames(CMPAFile& file)
     : m_file(file), m_walk(file, FrameWalk::Stump::NoFrame),
@@ -125,7 +121,7 @@ SourceFrame SourceFrames::Describe(std::span<const std::uint8_t> bytes) {
         return frame;
     }
     frame.wasHeader = TakeIdentifier(frame.bytes, kHeaderBytes + frame.facts.SideInfoBytes());
-    const auto info = bitstream::SideInfo::Read(frame.bytes.data() + frame.SideInfoOffset(),
+    const auto info = bitstream::SideInfo::Read(frame.bytes.data() + frame.facts.SideInfoOffset(),
                                                 frame.facts.isLSF, frame.facts.IsSingleChannel());
     PackedFrame& packed = frame.packed;
     packed.payloadBytes = PayloadBytes(frame);

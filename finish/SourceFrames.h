@@ -23,10 +23,9 @@ struct SourceFrame {
     bool isForeign =
         false; ///< no Layer III frame, or one without room for main data: stays as it is
 
-    std::size_t SideInfoOffset() const;
     /// Where its main data may begin; its end for a foreign one.
     std::size_t PayloadOffset() const {
-        return isForeign ? bytes.size() : SideInfoOffset() + facts.SideInfoBytes();
+        return isForeign ? bytes.size() : facts.SideInfoOffset() + facts.SideInfoBytes();
     }
 };
 

@@ -208,14 +208,14 @@ TEST_F(CommandsTest, CompareTellsWhatIsKeptAlteredAndFromElsewhere) {
     ExpectOutcome("compare s.mp3 r.mp3", 0, ".*[1-9]\\d* altered, 0 from elsewhere ", "");
     Done("extract a.WAV 2 2.0005 r.wav");
     EXPECT_EQ(Done("compare --json a.WAV r.wav"),
-              "{\"runs\": [{\"result\": 0, \"source\": 16000, \"count\": 4}], "
-              "\"altered\": [], \"foreign\": []}\n");
+              "{\"runs\":[{\"result\":0,\"source\":16000,\"count\":4}],"
+              "\"altered\":[],\"foreign\":[]}\n");
     WavBuilder other = m_wav;
     other.samples.resize(4);
     other.formatTag = 6;
     m_folder.Write("other.wav", other.Bytes());
     EXPECT_EQ(Done("compare --json a.WAV other.wav"),
-              "{\"runs\": [], \"altered\": [], \"foreign\": [0, 1]}\n");
+              "{\"runs\":[],\"altered\":[],\"foreign\":[0,1]}\n");
     ExpectFailure(2, "compare a.WAV r.mp3", "needs the extension of the source, .wav");
     ExpectFailure(1, "compare a.WAV none.wav", "'none.wav': No such file");
 }
