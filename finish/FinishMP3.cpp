@@ -100,7 +100,8 @@ private:
         if (m_frames.Get(plan.runs.front().begin) == nullptr) {
             throw CutError{CutReason::NoAudioInRange};
         }
-        HeaderFrame header(m_source.header, joins.FirstFrame());
+        const SourceFrame& first = joins.FirstFrame();
+        HeaderFrame header(m_source.header, first.bytes, first.facts);
         m_file.ReserveHeader(header.Bytes());
         joins.WriteFirst(plan.runs.front());
         for (std::size_t i = 1; i < plan.runs.size(); ++i) {

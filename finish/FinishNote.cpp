@@ -1,10 +1,11 @@
 #include "finish/FinishNote.h"
 
+#include <cmath>
 #include <cstdio>
 
 std::string DescribeNote(const FinishNote& note) {
     char text[160];
-    const int milliseconds = static_cast<int>(note.seconds * 1000.0 + 0.5);
+    const int milliseconds = static_cast<int>(std::lround(note.seconds * 1000.0));
     switch (note.kind) {
     case FinishNote::Kind::JoinMoved:
         std::snprintf(text, sizeof text, "the join at %.3f s moved by %d %s, %d ms", note.atSeconds,

@@ -1,7 +1,6 @@
 #include "finish/HeaderFrame.h"
 
 #include "bitstream/CRC.h"
-#include "bitstream/FrameFacts.h"
 
 #include <algorithm>
 #include <cstring>
@@ -69,12 +68,12 @@ std::optional<EncoderGap> HeaderFrame::GapOf(std::span<const std::uint8_t> sourc
 }
 
 HeaderFrame::HeaderFrame(std::span<const std::uint8_t> source,
-                         std::span<const std::uint8_t> firstFrame)
-    : m_gap(GapOf(source)) {
-    m_firstBitrateIndex = firstFrame[2] >> 4;
+                         std::span<const std::uint8_t> firstFrame,
+                         const bitstream::FrameFacts& facts)
+    : m_gap(GapOf(source)), m_firstBitrateIndex(facts.bitrateIndex) {
     const auto identifier = FullHeader(source);
     if (!identifier) {
-        MakeNew(firstFrame);
+        MakeNew(firstFrame, facts);
         return;
     }
     m_bytes.assign(source.begin(), source.end());
@@ -88,12 +87,11 @@ HeaderFrame::HeaderFrame(std::span<const std::uint8_t> source,
     }
 }
 
-void HeaderFrame::MakeNew(std::span<const std::uint8_t> firstFrame) {
+void HeaderFrame::MakeNew(std::span<const std::uint8_t> firstFrame,
+                          const bitstream::FrameFacts& facts) {
     constexpr std::uint8_t kNoCRC = 1;
     constexpr unsigned int kKeptBits = 0x0D; // rate and private bit: it is not padded
     constexpr std::uint8_t kRevisionAndMethod = 1;
-    bitstream::FrameFacts facts;
-    (void)bitstream::DecodeHeader(firstFrame.data(), facts);
     m_identifier = kHeaderBytes + facts.SideInfoBytes();
     std::size_t size = 0;
     const auto& bitrates = bitstream::kBitratesKbps[facts.isLSF][facts.layer];

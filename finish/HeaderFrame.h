@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bitstream/FrameFacts.h"
 #include "finish/GaplessEdges.h"
 
 #include <array>
@@ -29,7 +30,9 @@ class HeaderFrame {
 public:
     /// @param source      the frame that holds the source's header; empty for none
     /// @param firstFrame  the first frame that follows
-    HeaderFrame(std::span<const std::uint8_t> source, std::span<const std::uint8_t> firstFrame);
+    /// @param facts       its header's
+    HeaderFrame(std::span<const std::uint8_t> source, std::span<const std::uint8_t> firstFrame,
+                const bitstream::FrameFacts& facts);
 
     std::size_t Bytes() const { return m_bytes.size(); }
     /// What the source's header tells, where its encoder text says that it means it.
@@ -39,7 +42,7 @@ public:
     const std::vector<std::uint8_t>& Fill(const HeaderTruth& truth);
 
 private:
-    void MakeNew(std::span<const std::uint8_t> firstFrame);
+    void MakeNew(std::span<const std::uint8_t> firstFrame, const bitstream::FrameFacts& facts);
     void Put(std::size_t offset, std::uint32_t value, std::size_t bytes);
     void FillTag(const HeaderTruth& truth);
 

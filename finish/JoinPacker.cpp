@@ -55,8 +55,8 @@ long long JoinPacker::Begin(const FrameRun& run, long long wantedBegin) {
     return run.begin - m_first + m_carriers;
 }
 
-std::span<const std::uint8_t> JoinPacker::FirstFrame() const {
-    return m_frames.Get(m_first)->bytes;
+const SourceFrame& JoinPacker::FirstFrame() const {
+    return *m_frames.Get(m_first);
 }
 
 void JoinPacker::WriteFirst(const FrameRun& run) {

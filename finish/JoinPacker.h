@@ -24,8 +24,8 @@ public:
     /// @return how many frames will stand before its first one: some that exist, and some that are
     ///         made
     long long Begin(const FrameRun& run, long long wantedBegin);
-    /// The bytes of the first frame to be written; after Begin.
-    std::span<const std::uint8_t> FirstFrame() const;
+    /// To be written; after Begin.
+    const SourceFrame& FirstFrame() const;
 
     /// Writes the first run.
     void WriteFirst(const FrameRun& run);

@@ -41,6 +41,16 @@ bool TakeIdentifier(std::span<std::uint8_t> bytes, std::size_t offset) {
     return false;
 }
 
+/// Of a frame that the walk has found. The walk reads the header, and the frame is read after it:
+/// where another header stands now, another program writes to the file.
+bitstream::FrameFacts FactsOf(std::span<const std::uint8_t> frame) {
+    bitstream::FrameFacts facts;
+    if (bitstream::DecodeHeader(frame.data(), facts) != bitstream::HeaderState::Sound) {
+        throw CutError{CutReason::SourceChanged};
+    }
+    return facts;
+}
+
 } // namespace
 
 SourceFrames::SourceFrames(CMPAFile& file)
@@ -49,7 +59,7 @@ SourceFrames::SourceFrames(CMPAFile& file)
     if (m_walk.Current() == nullptr || (m_headerFrames == 1 && !m_walk.Step())) {
         throw CutError{CutReason::NoFrame};
     }
-    (void)bitstream::DecodeHeader(ReadCurrent().data(), m_facts);
+    m_facts = FactsOf(ReadCurrent());
 }
 
 std::span<std::uint8_t> SourceFrames::ReadCurrent() {
@@ -114,7 +124,7 @@ SourceFrame SourceFrames::Describe(std::span<const std::uint8_t> bytes) {
     constexpr std::size_t kMostPayloads = 4096;
     SourceFrame frame;
     frame.bytes.assign(bytes.begin(), bytes.end());
-    (void)bitstream::DecodeHeader(frame.bytes.data(), frame.facts);
+    frame.facts = FactsOf(bytes);
     frame.packed.bitrateIndex = frame.facts.bitrateIndex;
     if (frame.facts.layer != 2 || frame.bytes.size() <= frame.PayloadOffset()) {
         frame.isForeign = frame.packed.isOpaque = true;
