@@ -23,15 +23,6 @@ std::optional<FrameHeader> FrameHeader::Parse(const std::uint8_t* bytes) {
     return header;
 }
 
-std::uint32_t FrameHeader::SideInfoOffset() const {
-    return bitstream::kHeaderBytes + (crc ? bitstream::kCRCBytes : 0);
-}
-
-std::uint32_t FrameHeader::MainDataBytes() const {
-    const std::uint32_t overhead = SideInfoOffset() + sideInfoBytes;
-    return layer == 3 && sizeBytes > overhead ? sizeBytes - overhead : 0;
-}
-
 std::uint32_t FrameHeader::MaxReservoirBytes() const {
     return layer == 3 ? bitstream::MaxMainDataBegin(lowSamplingRate) : 0;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "bitstream/FrameFacts.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -15,14 +17,21 @@ struct FrameHeader {
     /// @param bytes  kBytes of them
     static std::optional<FrameHeader> Parse(const std::uint8_t* bytes);
 
+    bool operator==(const FrameHeader&) const = default;
+
     /// True when both have the same version, layer and sampling rate: the frames then last equally
     /// long and can be decoded one after the other.
     bool SameStream(const FrameHeader& other) const { return streamBits == other.streamBits; }
 
     /// Of the side information, from the frame's beginning, bytes.
-    std::uint32_t SideInfoOffset() const;
+    std::uint32_t SideInfoOffset() const {
+        return bitstream::kHeaderBytes + (crc ? bitstream::kCRCBytes : 0);
+    }
     /// Layer III: how much of the bit reservoir this frame fills; 0 for the other layers.
-    std::uint32_t MainDataBytes() const;
+    std::uint32_t MainDataBytes() const {
+        const std::uint32_t overhead = SideInfoOffset() + sideInfoBytes;
+        return layer == 3 && sizeBytes > overhead ? sizeBytes - overhead : 0;
+    }
     /// How much of it a frame can draw on at most; 0 for the other layers.
     std::uint32_t MaxReservoirBytes() const;
 

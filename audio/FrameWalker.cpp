@@ -28,8 +28,10 @@ bool FrameWalker::Next() {
 
 /// Makes the frame at the offset the current one, if a whole one lies there.
 bool FrameWalker::Take(std::int64_t offset) {
-    const auto header = HeaderAt(m_window, m_stream, offset);
-    if (!header || header->sizeBytes > m_stream.endBytes - offset) {
+    const std::uint8_t* bytes = m_window.Bytes(offset, FrameHeader::kBytes);
+    const FrameHeader* header = bytes != nullptr ? m_known.Parse(bytes) : nullptr;
+    if (header == nullptr || !header->SameStream(m_stream.first) ||
+        header->sizeBytes > m_stream.endBytes - offset) {
         return false;
     }
     m_offset = offset;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/KnownHeaders.h"
 #include "audio/MpegStream.h"
 
 #include <cstdint>
@@ -35,6 +36,7 @@ private:
 
     FileWindow& m_window;
     const MpegStream& m_stream;
+    KnownHeaders m_known;
     std::int64_t m_next;       // where the next frame should begin
     std::int64_t m_offset = 0; // of the current frame
     FrameHeader m_header;      // of the current frame
