@@ -218,16 +218,6 @@ QString AppDelegate::ObjectionTo(const std::string& path) const {
                : QString();
 }
 
-void AppDelegate::sessionShouldEnd(QSessionManager& session) {
-    if (session.allowsInteraction()) {
-        const bool mayEnd = QueryToTerminate();
-        session.release();
-        if (!mayEnd) {
-            session.cancel();
-        }
-    }
-}
-
 void AppDelegate::applicationWillTerminate() {
     disableTimer();
     if (pKlipraMac != nullptr) {

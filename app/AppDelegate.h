@@ -18,7 +18,6 @@
 #include "app/WorkWatch.h"
 
 #include <QMainWindow>
-#include <QSessionManager>
 #include <QTimer>
 
 #include <array>
@@ -63,7 +62,17 @@ public:
     bool QueryToTerminate();
     bool windowShouldClose() { return QueryToTerminate(); }
     /// The desktop's session ends: asks the same question where that may be asked.
-    void sessionShouldEnd(QSessionManager& session);
+    /// @param session  a QSessionManager, which nobody but Qt can make
+    template <typename Session>
+    void sessionShouldEnd(Session& session) {
+        if (session.allowsInteraction()) {
+            const bool mayEnd = QueryToTerminate();
+            session.release();
+            if (!mayEnd) {
+                session.cancel();
+            }
+        }
+    }
     /// Destroys the engine, and with it the temporary files.
     void applicationWillTerminate();
 

@@ -5,6 +5,7 @@
 #include "app/TerminationSignals.h"
 
 #include <QApplication>
+#include <QSessionManager>
 
 #include <cstdio>
 
@@ -28,7 +29,7 @@ int main(int argc, char* argv[]) {
     QObject::connect(&signals, &TerminationSignals::terminationRequested, &application,
                      [&] { quit(0); });
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &delegate,
-                     &AppDelegate::sessionShouldEnd, Qt::DirectConnection);
+                     &AppDelegate::sessionShouldEnd<QSessionManager>, Qt::DirectConnection);
     // In the event loop, so that a signal ends an alert of the launch too.
     QMetaObject::invokeMethod(
         &delegate, [&] { delegate.applicationDidFinishLaunching(arguments); },

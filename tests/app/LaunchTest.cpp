@@ -78,4 +78,26 @@ TEST(Quit, AsksOnceSomethingWasEdited) {
     }
 }
 
+/// A session of a desktop that ends.
+struct EndingSession {
+    bool allowsInteraction() const { return mayAsk; }
+    void release() { told += "release "; }
+    void cancel() { told += "cancel "; }
+    bool mayAsk = true;
+    std::string told{};
+};
+
+TEST(Quit, WithTheSessionOfTheDesktopAsksWhereItMay) {
+    Program program;
+    program.Trigger("CutExtButton", 0, 16'000);
+    for (const auto& [mayAsk, choice, expected] :
+         {std::tuple(true, 1, "release "), {true, 0, "release cancel "}, {false, 0, ""}}) {
+        program.desktop.choice = choice;
+        EndingSession session{mayAsk};
+        program.delegate.sessionShouldEnd(session);
+        EXPECT_EQ(session.told, expected);
+        EXPECT_EQ(std::exchange(program.desktop.texts, "").empty(), !mayAsk);
+    }
+}
+
 } // namespace
