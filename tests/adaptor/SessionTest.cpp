@@ -27,7 +27,7 @@ protected:
           m_path(m_folder.Write("a song", format == FormatType::WAV
                                               ? Wav(Samples(80'000, 77))
                                               : Mp3Builder().Frames(400).Bytes())) {}
-    ~Sessions() override {
+    void TearDown() override {
         SessionWindow::onWork = [](BackgroundWork&) {};
     }
 
@@ -252,6 +252,16 @@ TEST_F(Sessions, WithoutAPlaceForTheirJournalWorkAndSaySoOnce) {
     const auto window = Start(1);
     EXPECT_TRUE(window->Cut(0, 16'000) && window->Cut(0, 16'000));
     EXPECT_EQ(window->delegate.timesTold, 1);
+}
+
+TEST_F(Sessions, WhoseJournalIsNotOnTheDiskWhenItIsClosedSaySo) {
+    const auto window = Start(1);
+    {
+        const FileSizeLimit diskIsFull(100); // which the edit just fits on
+        EXPECT_TRUE(window->Cut(0, window->adaptor.length - 16));
+    }
+    EXPECT_EQ(window->delegate.timesTold, 1);
+    EXPECT_EQ(Journals().size(), 0U);
 }
 
 TEST(Leftovers, OfTheDeadGoAndNothingElseDoes) {

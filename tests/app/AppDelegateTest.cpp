@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <filesystem>
+#include <thread>
 
 namespace {
 
@@ -97,6 +98,11 @@ TEST(Commands, PlayAndStop) {
     }
     program.Engine().SetCurrentPosition(program.Engine().length - 2'000);
     Await([&] { return program.Enabled() == "Play "; }); // said by the audio library's thread
+    program.Trigger("BeginButton");
+    program.Trigger("PlayButton");
+    std::thread([&] { program.delegate.EnablePlayStopButton(false); }).join(); // comes too late
+    QCoreApplication::processEvents();
+    EXPECT_EQ(program.Enabled(), "Stop ");
 }
 
 TEST(Commands, ThatEditOrSelectEndPlaybackFirst) {

@@ -1,7 +1,11 @@
+#include "app/QtDesktop.h"
 #include "tests/app/Program.h"
 
 #include <QDialog>
+#include <QFileDialog>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QTimer>
 
 namespace {
 
@@ -52,6 +56,47 @@ TEST(PreferencesWindow, AppliesItsFieldsHoweverItIsClosed) {
                              program.delegate.getThresholdTime(), program.Engine().moveAmount),
                   std::tuple(level, time, moveAmount));
     }
+}
+
+/// Answers the windows that ask, one after the other: a question by the button of that text, the
+/// save panel by pressing Save, and by the Escape key where no answer is left.
+/// @return what was asked and said
+QString Answer(QStringList answers, const std::function<void()>& asks) {
+    QStringList said;
+    QTimer timer;
+    timer.callOnTimeout([&] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        auto* const panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        if (panel != nullptr && !answers.isEmpty()) {
+            static_cast<QDialog*>(panel)->accept();
+        } else if (panel != nullptr) {
+            panel->reject();
+        } else if (box != nullptr) {
+            said << box->text();
+            const QString answer = answers.takeFirst();
+            const auto buttons = box->buttons();
+            (*std::ranges::find(buttons, answer, &QAbstractButton::text))->click();
+        }
+    });
+    timer.start(0);
+    asks();
+    return said.join('/');
+}
+
+TEST(SavePanel, ReplacesAFileOnlyWhenToldToAndNoneThatIsInUse) {
+    const TemporaryFolder folder;
+    const std::string old = folder.Write("old.wav", "old");
+    const QString question = "“old.wav”は既に存在します。";
+    QtDesktop desktop;
+    std::string path = "not asked";
+    const auto save = [&] { path = desktop.AskOutputPath(folder.Path(""), "old", "wav"); };
+    EXPECT_EQ(Answer({"キャンセル"}, save), question);
+    EXPECT_EQ(path, ""); // asked again, and the panel dismissed
+    EXPECT_EQ(Answer({"キャンセル", "置き換える"}, save), question + "/" + question);
+    EXPECT_EQ(path, old);
+    desktop.SetObjection([&](const std::string& to) { return QString(to == old ? "used" : ""); });
+    EXPECT_EQ(Answer({"OK"}, save), "used");
+    EXPECT_EQ(path, "");
 }
 
 } // namespace

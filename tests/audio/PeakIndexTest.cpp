@@ -1,7 +1,10 @@
+#include "audio/FrameIndexCache.h"
+#include "audio/PeakMeter.h"
 #include "audio/bass.h"
 #include "tests/audio/Samples.h"
 #include "tests/support/WavBuilder.h"
 
+#include <atomic>
 #include <filesystem>
 #include <random>
 #include <thread>
@@ -23,6 +26,25 @@ struct Measured {
 struct Step {
     std::optional<QWORD> position;
     float seconds = 0;
+};
+
+/// A file that somebody writes to while it is read, once, if told.
+class ChangingFile : public File {
+public:
+    explicit ChangingFile(const std::string& path)
+        : File(OpenRegularFile(path.c_str())), m_path(path) {}
+
+    ReadResult ReadAt(std::int64_t offset, void* to, std::size_t bytes) const override {
+        if (m_isToChange.exchange(false)) {
+            std::ofstream(m_path, std::ios::app) << "more";
+        }
+        return File::ReadAt(offset, to, bytes);
+    }
+
+    mutable std::atomic<bool> m_isToChange{false};
+
+private:
+    const std::string m_path;
 };
 
 class PeakIndexes : public testing::Test {
@@ -156,6 +178,27 @@ TEST_F(PeakIndexes, GrowWithTheFirstScanAndAreContinuedByTheNextUntilTheFileChan
     EXPECT_EQ(levels[0] + levels[1], 0.0F);
     BASS_StreamFree(stream);
     EXPECT_EQ(BASS_ChannelGetLevelsKnown(stream), kNone);
+}
+
+TEST_F(PeakIndexes, AndIndexesOfFramesOfAFileThatChangedMeanwhileAreNotKept) {
+    const std::string wav = WavBuilder{.samples = WavBuilder::Pattern(2'000'000)}.Bytes();
+    for (const bool changes : {false, true}) {
+        std::string path = folder.Write("a.mp3", Clip("joint-stereo-44100.mp3"));
+        auto before = File::Open(path.c_str());
+        auto file = std::make_shared<ChangingFile>(path);
+        file->m_isToChange = changes;
+        const auto frames = FrameIndexCache::Shared().IndexOf(file);
+        EXPECT_EQ(FrameIndexCache::Shared().IndexOf(before) == frames, !changes);
+
+        path = folder.Write("a.wav", wav);
+        before = File::Open(path.c_str());
+        const PeakMeter other(OpenDecoder(before, 1), before);
+        file = std::make_shared<ChangingFile>(path);
+        PeakMeter meter(OpenDecoder(file, 1), file);
+        file->m_isToChange = changes;
+        meter.Measure(0, 400'000);
+        EXPECT_EQ(other.Known() > 0, !changes);
+    }
 }
 
 TEST_F(PeakIndexes, AreFilledByOneAtATimeOfMany) {

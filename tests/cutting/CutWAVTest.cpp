@@ -1,6 +1,7 @@
 #include "cutting/CutWAV.h"
 
 #include "cutting/CutFailure.h"
+#include "cutting/PlainWAV.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/WavBuilder.h"
 
@@ -90,11 +91,23 @@ TEST_F(CutWAV, AnEndThatOnlyRoundingPutBehindTheSamplesIsTheirEnd) {
     EXPECT_TRUE(CutWAVFile(m_source.c_str(), m_output.c_str(), 17006.0F, end, true));
     const auto start = static_cast<std::uint32_t>(17006.0F * 176400.0F) / 4 * 4;
     EXPECT_EQ(std::filesystem::file_size(m_output), source.Header().size() + kSamples - start);
+}
 
-    // That is no rounding: what is read last is no whole piece, and left out.
-    const float late = end + 200.0F * (std::nextafter(end, 1e9F) - end);
-    EXPECT_TRUE(CutWAVFile(m_source.c_str(), m_output.c_str(), 17006.0F, late, true));
-    EXPECT_LT(std::filesystem::file_size(m_output), source.Header().size() + kSamples - start);
+TEST(PlainBytes, OfAnEndTwoStepsBehindTheSamplesAreAllOfThemAndOfAThirdAsItStands) {
+    constexpr std::uint32_t kStep = 256; // between single-precision numbers of this size
+    constexpr std::uint32_t kSamples = 3'000'000'000U / kStep * kStep;
+    WAVLayout layout;
+    layout.bytesPerSecond = 1; // a second is a byte
+    layout.blockAlign = 4;
+    const auto endOf = [&](std::uint32_t dataSize, std::uint32_t end) {
+        layout.chunks = {{"data", 36, dataSize}};
+        return PlainBytes(layout, 0.0F, static_cast<float>(end)).end;
+    };
+    for (const std::uint32_t steps : {1U, 2U, 3U}) {
+        const std::uint32_t end = kSamples + steps * kStep;
+        EXPECT_EQ(endOf(kSamples, end), steps < 3 ? kSamples : end) << steps;
+    }
+    EXPECT_EQ(endOf(kSamples, kSamples - kStep), kSamples - kStep);
 }
 
 TEST_F(CutWAV, RefusesWhatItCannotCutAndLeavesNoOutput) {
