@@ -80,7 +80,7 @@ TEST(Language, EveryTextOfTheWindowIsTranslatedAndHasItsRoomAt800Pixels) {
         program.Trigger("DetectMenu");
         Await([&] { return !program.Engine().sceneChangePositions.empty(); });
         Await([&] { return !program.Find<QLabel>("quietCount")->text().contains('%'); });
-        QTest::qWait(1);
+        Await([&] { return ClippedIn(*program.delegate.GetWindow()).isEmpty(); }); // is laid out
         int japanese = 0;
         for (const auto& [name, text] : TextsOf(*program.delegate.GetWindow())) {
             japanese += IsJapanese(text) ? 1 : 0;

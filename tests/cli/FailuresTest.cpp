@@ -2,9 +2,6 @@
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/Mp3Builder.h"
 
-#include <array>
-#include <sstream>
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -126,24 +123,4 @@ TEST_F(Failures, OfWhatIsAskedAndOfTargetsNameTheFileAtFault) {
 }
 
 // At whatever moment: while the outputs are made, written, exchanged.
-TEST_F(Failures, ByASignalLeaveNothingBehind) {
-    std::ostringstream list;
-    for (int i = 1; i < 800; ++i) {
-        list << ' ' << i * 0.125;
-    }
-    const std::string places = list.str();
-    int interrupted = 0;
-    for (unsigned int attempt = 0; attempt < 25; ++attempt) {
-        const auto before = Snapshot();
-        std::ostringstream line;
-        line << "timeout -s " << std::array{"INT", "TERM", "HUP", "QUIT"}[attempt % 4] << ' '
-             << 0.002 * (attempt + 1) << " klipra-cli split a.WAV" << places << " x%.wav";
-        const int status = RunLine(line.str());
-        interrupted += status != 0 ? 1 : 0;
-        EXPECT_TRUE(status == 0 || Snapshot() == before) << line.str();
-        RunLine("rm -f x*");
-    }
-    EXPECT_GT(interrupted, 3);
-}
-
 } // namespace
