@@ -53,25 +53,17 @@ std::int64_t PeakGrid::BlockAt(std::int64_t sampleFrame) const {
 }
 
 PeakGrid::Walk::Walk(const PeakGrid& grid, std::int64_t granule)
-    : m_grid(&grid), m_block(granule / grid.m_granulesPerBlock),
-      m_part(granule % grid.m_granulesPerBlock), m_blockBegin(grid.BlockBegin(m_block)),
-      m_blockEnd(grid.BlockBegin(m_block + 1)) {
-    FindEnd();
+    : m_grid(&grid), m_block(granule / grid.m_granulesPerBlock), m_begin(grid.Begin(granule)) {
+    BeginBlock(granule % grid.m_granulesPerBlock);
 }
 
-void PeakGrid::Walk::Next() {
-    if (++m_part == m_grid->m_granulesPerBlock) {
-        m_part = 0;
-        ++m_block;
-        m_blockBegin = m_blockEnd;
-        m_blockEnd = m_grid->BlockBegin(m_block + 1);
-    }
-    FindEnd();
-}
-
-void PeakGrid::Walk::FindEnd() {
-    // Narrow, as a division of 64 bits takes several times as long. A block is far below 2^24.
-    const auto part = static_cast<std::uint32_t>((m_blockEnd - m_blockBegin) * (m_part + 1)) /
-                      static_cast<std::uint32_t>(m_grid->m_granulesPerBlock);
-    m_end = std::min(m_blockBegin + std::int64_t{part}, m_grid->m_sampleFrames);
+void PeakGrid::Walk::BeginBlock(std::int64_t part) {
+    const std::int64_t granules = m_grid->m_granulesPerBlock;
+    const std::int64_t begin = m_grid->BlockBegin(m_block);
+    const std::int64_t sampleFrames = m_grid->BlockBegin(m_block + 1) - begin;
+    m_part = part;
+    m_least = sampleFrames / granules;
+    m_more = sampleFrames % granules;
+    m_end = begin + sampleFrames * (part + 1) / granules;
+    m_rest = sampleFrames * (part + 1) % granules;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 /// Divides a stream into granules, the stretches whose peaks are remembered: a block of 20 ms, as
@@ -31,18 +32,35 @@ public:
         Walk(const PeakGrid& grid, std::int64_t granule);
 
         std::int64_t Granule() const { return m_block * m_grid->m_granulesPerBlock + m_part; }
-        std::int64_t End() const { return m_end; }
-        void Next();
+        std::int64_t Begin() const { return m_begin; }
+        std::int64_t End() const { return std::min(m_end, m_grid->m_sampleFrames); }
+        void Next() {
+            m_begin = End();
+            if (++m_part == m_grid->m_granulesPerBlock) {
+                ++m_block;
+                BeginBlock(0);
+            } else {
+                // Where a division would put it, which takes several times as long.
+                m_end += m_least;
+                m_rest += m_more;
+                if (m_rest >= m_grid->m_granulesPerBlock) {
+                    m_rest -= m_grid->m_granulesPerBlock;
+                    ++m_end;
+                }
+            }
+        }
 
     private:
-        void FindEnd();
+        void BeginBlock(std::int64_t part);
 
         const PeakGrid* m_grid;
         std::int64_t m_block;
-        std::int64_t m_part; // of the block
-        std::int64_t m_blockBegin;
-        std::int64_t m_blockEnd;
-        std::int64_t m_end = 0;
+        std::int64_t m_part = 0;  // of the block
+        std::int64_t m_least = 0; // sample frames of a granule, some have one more
+        std::int64_t m_more = 0;  // how many of the block
+        std::int64_t m_rest = 0;  // of the division that gives the end
+        std::int64_t m_begin;
+        std::int64_t m_end = 0; // may lie behind the length
     };
 
 private:

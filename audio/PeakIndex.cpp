@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr int kOffset = 32768; // of the stored peaks
-
 /// How finely a file is remembered whose edges are so expensive to decode: at most so many granules
 /// a block up to so many hours. The shorter a file is, the narrower its stretches get.
 struct Resolution {
@@ -17,7 +15,7 @@ struct Resolution {
 };
 
 constexpr Resolution kResolutions[] = {
-    {SeekCost::High, 1.0 / 3, 42}, {SeekCost::High, 2, 21}, {SeekCost::High, 12, 7},
+    {SeekCost::High, 1.0 / 3, 84}, {SeekCost::High, 2, 21}, {SeekCost::High, 12, 7},
     {SeekCost::High, 27, 3},       {SeekCost::High, 83, 1}, {SeekCost::Low, 27, 3},
     {SeekCost::Low, 83, 1},
 };
@@ -110,13 +108,6 @@ void PeakIndex::Pause() {
     m_isFilling = false;
     m_fillerThread = std::this_thread::get_id();
     m_pausedTime = Clock::now();
-}
-
-void PeakIndex::Store(std::int64_t granule, const PeakSamples& peaks) {
-    const auto stored = [](int peak) { return static_cast<std::int16_t>(peak - kOffset); };
-    std::int16_t* const to = m_peaks.get() + static_cast<std::size_t>(granule) * m_sides;
-    to[0] = stored(peaks.left);
-    to[m_sides - 1] = stored(m_sides == 1 ? peaks.left : peaks.right);
 }
 
 void PeakIndex::Publish(std::int64_t granule) {

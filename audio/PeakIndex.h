@@ -47,14 +47,33 @@ public:
     bool Resume(const void* who);
     /// Ends what Await or Resume began: only for so long does who follows wait without asking.
     void Pause();
-    /// Stores the peaks of a granule that is not known yet.
-    void Store(std::int64_t granule, const PeakSamples& peaks);
+    /// Stores the peaks of granules that are not known yet, one after the other.
+    class Writer {
+    public:
+        Writer(std::int16_t* to, std::size_t sides) : m_to(to), m_sides(sides) {}
+        void Write(const PeakSamples& peaks) {
+            m_to[0] = static_cast<std::int16_t>(peaks.left - kOffset);
+            if (m_sides == 2) {
+                m_to[1] = static_cast<std::int16_t>(peaks.right - kOffset);
+            }
+            m_to += m_sides;
+        }
+
+    private:
+        std::int16_t* m_to;
+        std::size_t m_sides;
+    };
+    Writer WriterAt(std::int64_t granule) {
+        return {m_peaks.get() + static_cast<std::size_t>(granule) * m_sides, m_sides};
+    }
     /// Makes all granules below this one known.
     void Publish(std::int64_t granule);
     /// Somebody else may fill the index. Without effect when somebody else does.
     void Leave(const void* who);
 
 private:
+    static constexpr int kOffset = 32768; // of the stored peaks
+
     using Clock = std::chrono::steady_clock;
 
     PeakIndex(const AudioFormat& format, const PeakGrid& grid, PageArray<std::int16_t> peaks);

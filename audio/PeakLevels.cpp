@@ -1,31 +1,13 @@
 #include "audio/PeakLevels.h"
 
+#include "audio/SampleLanes.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <limits>
 
 namespace {
-
-/// Eight samples in one register (GCC and Clang); the compilers do not find this by themselves, and
-/// what they do instead costs a seventh of the time that decoding takes.
-using Lanes = std::int16_t __attribute__((vector_size(16)));
-constexpr std::size_t kLanes = sizeof(Lanes) / sizeof(std::int16_t);
-
-Lanes Lower(Lanes a, Lanes b) {
-    return a < b ? a : b;
-}
-
-Lanes Higher(Lanes a, Lanes b) {
-    return a > b ? a : b;
-}
-
-/// Makes the first two lanes the extremes of the even and of the odd ones.
-template <typename Choose>
-Lanes Fold(Lanes lanes, const Choose& choose) {
-    lanes = choose(lanes, __builtin_shufflevector(lanes, lanes, 4, 5, 6, 7, 0, 1, 2, 3));
-    return choose(lanes, __builtin_shufflevector(lanes, lanes, 2, 3, 0, 1, 6, 7, 4, 5));
-}
 
 /// Running extremes; as the number of lanes is even, a lane always holds the same side.
 struct Extremes {

@@ -1,6 +1,7 @@
 #include "audio/PeakMeter.h"
 
 #include "audio/PeakIndexCache.h"
+#include "audio/SampleLanes.h"
 
 #include <algorithm>
 #include <new>
@@ -117,6 +118,7 @@ PeakSamples PeakMeter::AddToFilling(std::span<const std::int16_t> samples) {
     const std::uint32_t channels = m_decoder->Format().channels;
     PeakSamples all;
     while (!samples.empty()) {
+        samples = samples.subspan(AddGranules(samples, all));
         const auto left = static_cast<std::int64_t>(samples.size() / channels);
         const std::int64_t count = std::min(left, m_filling->granule.End() - m_filling->position);
         const auto part = static_cast<std::size_t>(count) * channels;
@@ -127,12 +129,42 @@ PeakSamples PeakMeter::AddToFilling(std::span<const std::int16_t> samples) {
         m_filling->position += count;
         while (m_filling->granule.End() == m_filling->position &&
                m_filling->granule.Granule() < m_index->Grid().Count()) {
-            m_index->Store(m_filling->granule.Granule(), m_filling->peaks);
+            m_index->WriterAt(m_filling->granule.Granule()).Write(m_filling->peaks);
             m_filling->peaks = {};
             m_filling->granule.Next();
         }
     }
     return all;
+}
+
+/// Adds the short granules that the samples hold whole, up to the first that they do not: a shorter
+/// way for nearly all of them.
+/// @param all  is raised by their peaks
+/// @return how many samples those are
+std::size_t PeakMeter::AddGranules(std::span<const std::int16_t> samples, PeakSamples& all) {
+    constexpr std::size_t kMostSamples = 128;
+    // Of its own, so that it can stay in registers.
+    PeakGrid::Walk walk = m_filling->granule;
+    if (m_decoder->Format().channels != 2 || m_filling->position != walk.Begin()) {
+        return 0;
+    }
+    PeakSamples highest = all;
+    std::size_t added = 0;
+    for (PeakIndex::Writer to = m_index->WriterAt(walk.Granule());;) {
+        const auto size = static_cast<std::size_t>(walk.End() - walk.Begin()) * 2;
+        if (size < kLanes || size > kMostSamples || size > samples.size() - added) {
+            break;
+        }
+        const PeakSamples peaks = MeasureFew(samples.data() + added, size);
+        highest.Raise(peaks);
+        to.Write(peaks);
+        added += size;
+        walk.Next();
+    }
+    all = highest;
+    m_filling->granule = walk;
+    m_filling->position = walk.Begin();
+    return added;
 }
 
 /// Makes known what was decoded from the file as it was opened, without a failure.

@@ -53,6 +53,7 @@ private:
     void AddEdge(std::int64_t begin, std::int64_t end, std::int64_t granule, PeakLevels& levels);
     PeakLevels Decode(std::int64_t begin, std::int64_t end);
     std::span<const std::int16_t> Read(std::int64_t position, std::int64_t maxSampleFrames);
+    std::size_t AddGranules(std::span<const std::int16_t> samples, PeakSamples& all);
     PeakSamples AddToFilling(std::span<const std::int16_t> samples);
     void PublishFilling();
     Decoder& EdgeDecoder();
