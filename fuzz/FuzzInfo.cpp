@@ -4,12 +4,24 @@
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <utility>
 
 namespace {
+
+/// Whether UTF-8 holds a control character other than the end of a line.
+bool HoldsControls(const std::string& text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : ' ');
+        const bool isC1 = byte == 0xC2 && next >= 0x80 && next < 0xA0;
+        if ((byte < ' ' && byte != '\n') || byte == 0x7F || isC1) {
+            return true;
+        }
+    }
+    return false;
+}
 
 std::string Info(const std::string& path, bool json) {
     AlertRecorder alerts; // takes the messages
@@ -25,9 +37,7 @@ std::string Info(const std::string& path, bool json) {
     std::fflush(output.get());
     std::string text = ReadPath(PathOf(output));
     Require((status == kDone) == !text.empty(), "a result or none");
-    Require(std::all_of(text.begin(), text.end(),
-                        [](char c) { return (c >= ' ' && c <= '~') || c == '\n'; }),
-            "no byte of a file commands a terminal");
+    Require(!HoldsControls(text), "no byte of a file commands a terminal");
     return text;
 }
 
