@@ -1,5 +1,7 @@
 #include "app/HistoryOutline.h"
 
+#include "app/RowHints.h"
+
 #include <QEvent>
 #include <QHeaderView>
 
@@ -22,6 +24,7 @@ HistoryOutline::HistoryOutline(QTreeView* view, HistoryOutlineModel::Details det
                             Picture(QStringLiteral(":/save.png")), std::move(details)),
       m_selected(std::move(selected)) {
     m_view->setModel(&m_model);
+    m_view->setItemDelegate(new RowHints(m_view));
     m_view->header()->setStretchLastSection(false);
     m_view->header()->setSectionResizeMode(QHeaderView::Fixed); // see FitColumns
     m_view->viewport()->installEventFilter(this);
