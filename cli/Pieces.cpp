@@ -30,7 +30,7 @@ std::string AskedText(const std::vector<TimeRange>& ranges) {
 // A line about an output that was not written.
 void PrintSummary(const Piece& piece, const CutSummary& summary, FormatType format) {
     std::string written;
-    long long units = 0;
+    long long units = summary.unheard;
     for (const CutRun& run : summary.runs) {
         const double begin = static_cast<double>(run.first) * summary.unitSeconds;
         const double end = static_cast<double>(run.first + run.count) * summary.unitSeconds;

@@ -15,7 +15,7 @@ void ResetCutSummaries() {
 }
 
 void BeginCutSummary(const std::string& path, double unitSeconds, long long unitSamples) {
-    summaries.push_back({path, unitSeconds, {}, unitSamples});
+    summaries.push_back({path, unitSeconds, {}, unitSamples, 0});
 }
 
 void AddToCutSummary(long long first, long long count) {
@@ -25,4 +25,8 @@ void AddToCutSummary(long long first, long long count) {
     } else if (count > 0) {
         runs.push_back({first, count});
     }
+}
+
+void AddUnheardToCutSummary(long long count) {
+    summaries.back().unheard += count;
 }

@@ -16,6 +16,7 @@ struct CutSummary {
     double unitSeconds = 0.0;  ///< that one unit plays
     std::vector<CutRun> runs;  ///< in the order of the output
     long long unitSamples = 1; ///< of each channel, in one unit
+    long long unheard = 0;     ///< units besides, for what the runs need of earlier frames
 };
 
 /// What the last cut has written, an entry for each output; to be read when it has succeeded.
@@ -27,3 +28,4 @@ void ResetCutSummaries();
 void BeginCutSummary(const std::string& path, double unitSeconds, long long unitSamples = 1);
 /// So many more units, of the output that was begun last.
 void AddToCutSummary(long long first, long long count);
+void AddUnheardToCutSummary(long long count);

@@ -78,8 +78,10 @@ public:
                         m_source.grid.samplesPerFrame);
         CopyTags(false);
         m_source.grid.hasEdges ? WriteExactly(plan) : WriteWholeFrames(plan);
+        AddUnheardToCutSummary(m_file.Frames());
         for (const FrameRun& run : plan.runs) {
             AddToCutSummary(run.begin, run.end - run.begin);
+            AddUnheardToCutSummary(run.begin - run.end);
         }
         CorrectLength(plan);
         CopyTags(true);

@@ -115,7 +115,9 @@ TEST_F(CommandsTest, DryRunsTellWhatTheRealRunDoes) {
     for (const std::string command :
          {"extract a.WAV 1.00001 99 o.wav", "cut a.WAV 1 2 4 5 1.5 2.5 o.wav",
           "extract c.wav 0.0015 end o.wav", "cut c.wav 1 2 o.wav", "extract b.mp3 1 2 o.mp3",
-          "extract b.mp3 9 99 o.mp3", "cut b.mp3 1 2 o.mp3", "cut b.mp3 1 2 4 5 8 99 o.mp3"}) {
+          "extract b.mp3 9 99 o.mp3", "cut b.mp3 1 2 o.mp3", "cut b.mp3 1 2 4 5 8 99 o.mp3",
+          "extract --finish a.WAV 1.00001 99 o.wav", "cut --finish c.wav 1 2 o.wav",
+          "extract --finish b.mp3 1 2 o.mp3", "cut --finish b.mp3 1 2 4 5 8 9 o.mp3"}) {
         const std::size_t place = command.find(' ');
         const std::string told = Done(std::string(command).insert(place, " --dry-run"));
         EXPECT_EQ(Done(command), "");

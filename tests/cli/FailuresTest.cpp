@@ -76,8 +76,14 @@ TEST_F(Failures, LeaveEverythingAsItWas) {
     for (const auto& [arguments, message] : cases) {
         ExpectFailure(1, arguments, message);
     }
+    m_folder.Write("frames.mp3", Mp3Builder().Frames(4000).Bytes());
+    m_folder.Write("old-2.mp3", "old");
     const FileSizeLimit limit(1'000'000); // enough for the first piece only
-    ExpectFailure(1, "split a.WAV 1 old-%.wav", "'old-2.wav': cannot be written");
+    for (const std::string command : {"split ", "split --finish "}) {
+        ExpectFailure(1, command + "a.WAV 1 old-%.wav", "'old-2.wav': cannot be written");
+        ExpectFailure(1, command + "frames.mp3 1 old-%.mp3", "'old-2.mp3': cannot be written");
+        ExpectFailure(1, command + "-n frames.mp3 1 2 3 old-%.mp3", "'old-2.mp3': exists");
+    }
 }
 
 TEST_F(Failures, OfWhatIsAskedAndOfTargetsNameTheFileAtFault) {
