@@ -6,10 +6,15 @@
 #include "places/PrintableText.h"
 #include "platform/SystemError.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <string_view>
 
 namespace {
+
+// Of which only the first word counts.
+constexpr std::string_view kProgramOptions[] = {"--help", "-h", "--version", "-V"};
 
 int RefuseUsage(const std::string& problem, const std::string& usage) {
     std::fprintf(stderr, "klipra-cli: %s\n%s", problem.c_str(), usage.c_str());
@@ -44,6 +49,19 @@ int FinishOutput(int status) {
     return status;
 }
 
+/// The words with the command in front of options that were written before it. Those that take a
+/// value cannot be, as it might be meant for a command.
+std::vector<std::string> CommandFirst(std::vector<std::string> words) {
+    const auto command =
+        std::ranges::find_if(words, [](const std::string& word) { return !word.starts_with('-'); });
+    const bool isOfProgram =
+        std::ranges::find(kProgramOptions, words.front()) != std::end(kProgramOptions);
+    if (!isOfProgram && command != words.end() && FindCommand(*command) != nullptr) {
+        std::rotate(words.begin(), command, command + 1);
+    }
+    return words;
+}
+
 int RunNamed(const std::string& name, const std::vector<std::string>& words) {
     if (name == "--help" || name == "-h") {
         return RunHelp({});
@@ -65,5 +83,6 @@ int RunCommandLine(int argc, char** argv) {
     if (argc < 2) {
         return RefuseUsage("missing command", ProgramUsageText());
     }
-    return FinishOutput(RunNamed(argv[1], {argv + 2, argv + argc}));
+    const std::vector<std::string> words = CommandFirst({argv + 1, argv + argc});
+    return FinishOutput(RunNamed(words.front(), {words.begin() + 1, words.end()}));
 }

@@ -181,6 +181,7 @@ TEST_F(CommandsTest, WarningsAreToldByEveryCommandUnlessNotWanted) {
           "split --dry-run b.mp3 1 o%.mp3"}) {
         ExpectOutcome(command, 0, ".*", warnings);
         ExpectOutcome(command + " -q", 0, ".*", "");
+        ExpectOutcome("-q " + command, 0, ".*", "");
     }
 }
 
