@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <malloc.h>
 #include <map>
 #include <random>
 #include <string>
@@ -246,7 +247,7 @@ public:
             m_klipra.PlayOrStop();
             break;
         case 8:
-            Save();
+            m_random() % 2 == 0 ? Save() : Finish();
             break;
         default:
             Move();
@@ -324,12 +325,33 @@ private:
             ++m_cancelled;
             return;
         }
+        Require(Digest(path) == NoteSaved(path).digest, "the saved file", m_step);
+    }
+
+    HistoryModel::Entry& NoteSaved(const std::string& path) {
         Require(path == m_savedPath, "where it was saved", m_step);
         m_klipra.UpdateHistoryItem(path);
         HistoryModel::Entry& entry = m_model[m_klipra.currentHistoryId];
         entry.name.append(" ").append(fs::path(path).filename().string());
         entry.saved = true;
-        Require(Digest(path) == entry.digest, "the saved file", m_step);
+        return entry;
+    }
+
+    /// Where it fails, cancelled or with too little left, the file that was there stays.
+    void Finish() {
+        const std::size_t before = Digest(m_savedPath);
+        std::string path;
+        m_delegate.TakeCancelled();
+        if (m_random() % 2 == 0) {
+            SetRange();
+            m_klipra.SaveRangeFinished();
+        } else if (m_klipra.SaveFinished(path)) {
+            NoteSaved(path);
+            Require(fs::file_size(path) > 0, "the finished file", m_step);
+        } else {
+            Require(Digest(m_savedPath) == before, "the file before a finished one", m_step);
+        }
+        m_cancelled += m_delegate.TakeCancelled() ? 1 : 0;
     }
 
     void Move() {
@@ -380,6 +402,8 @@ int main(int argc, char** argv) {
         std::fputs("Usage: klipra-soak FILE STEPS [SEED]\n", stderr);
         return 2;
     }
+    // What threads have freed would stay in heaps of their own, and count as held.
+    mallopt(M_ARENA_MAX, 1);
     const int steps = std::atoi(argv[2]);
     Soak soak(argv[1], argc > 3 ? static_cast<unsigned int>(std::atoi(argv[3])) : 1);
     constexpr int kWarmUp = 100;
