@@ -403,7 +403,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     // What threads have freed would stay in heaps of their own, and count as held.
-    mallopt(M_ARENA_MAX, 1);
+    mallopt(M_ARENA_MAX, 1); // NOLINT(concurrency-mt-unsafe): no other thread yet
     const int steps = std::atoi(argv[2]);
     Soak soak(argv[1], argc > 3 ? static_cast<unsigned int>(std::atoi(argv[3])) : 1);
     constexpr int kWarmUp = 100;
