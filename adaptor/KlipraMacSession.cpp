@@ -73,12 +73,12 @@ bool KlipraMac::Restore() {
         return false;
     }
     appDelegate->refreshHistoryOutlineView(currentHistoryId);
-    LoadPlayFile();
+    const bool isLoaded = LoadPlayFile();
     EnableTimer();
     EnableCutButton();
     EnableSaveButton();
     EnableSceneChangeMoveButton();
-    return ids.size() == steps.size();
+    return isLoaded && ids.size() == steps.size();
 }
 
 SessionRecord KlipraMac::Record() {

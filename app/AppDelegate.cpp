@@ -186,7 +186,7 @@ void AppDelegate::OpenFile(const LaunchFile& file) {
     m_quietPlaces->SetEngine(pKlipraMac.get());
 
     pKlipraMac->PushHistory("# " + name, file.path, true, 0);
-    pKlipraMac->LoadPlayFile();
+    (void)pKlipraMac->LoadPlayFile(); // why not has been shown; the window stays, without sound
     m_ui->mainView->setDelegate(this);
     m_historyOutline = std::make_unique<HistoryOutline>(
         m_ui->HistoryOutlineView,

@@ -59,7 +59,7 @@ public:
     void applicationDidFinishLaunching(const std::vector<std::string>& arguments);
     /// Asks whether to quit when something was edited, saved or not.
     /// @return whether the program may end
-    bool QueryToTerminate();
+    [[nodiscard]] bool QueryToTerminate();
     bool windowShouldClose() { return QueryToTerminate(); }
     /// The desktop's session ends: asks the same question where that may be asked.
     /// @param session  a QSessionManager, which nobody but Qt can make
@@ -180,7 +180,7 @@ private:
     void AbandonSearch();
     void Search();
     void StopPlayback();
-    bool DoWork(const QString& what, const std::function<bool()>& work);
+    [[nodiscard]] bool DoWork(const QString& what, const std::function<bool()>& work);
     void ShowFailure();
     void ShowSaved();
     void SaveEntry(const QString& what, bool (Klipra::*save)(std::string& path));

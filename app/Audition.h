@@ -22,7 +22,7 @@ public:
     /// Plays the join of the range that the engine's cut positions name, both of which are set.
     /// Nothing else of the engine plays meanwhile.
     /// @return false when it could not be cut, see Klipra::GetLastFailure, or not be opened
-    bool Play(KlipraMac& engine);
+    [[nodiscard]] bool Play(KlipraMac& engine);
     /// @return whether something was playing
     bool Stop();
 

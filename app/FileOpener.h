@@ -11,7 +11,7 @@ class QMainWindow;
 /// Asks for a file that can be opened.
 /// @param folder  where to begin; empty for the current one
 /// @return empty when the person cancels
-std::string AskFileToOpen(const std::string& folder);
+[[nodiscard]] std::string AskFileToOpen(const std::string& folder);
 
 /// The ways to open another file, in a window of its own: the panel, the files opened last, and
 /// what is dropped on the window.

@@ -16,5 +16,6 @@ std::vector<std::string> PieceNames(const std::string& path, std::size_t count);
 /// @param names   one for each piece; none may be the source
 /// @return false after a failure, of which `failure` tells; every file is then as it was, unless it
 ///         was the last step, the renaming, that failed
-bool WritePieces(const std::string& source, FormatType format, const std::vector<double>& bounds,
-                 const std::vector<std::string>& names, EditFailure& failure);
+[[nodiscard]] bool WritePieces(const std::string& source, FormatType format,
+                               const std::vector<double>& bounds,
+                               const std::vector<std::string>& names, EditFailure& failure);

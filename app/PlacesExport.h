@@ -17,4 +17,5 @@ const std::vector<std::string>& PlacesExtensions();
 
 /// The list, of the kind that a path's extension stands for.
 /// @return empty where the places are too many for a CUE sheet; none for another extension
-std::optional<std::string> PlacesText(const std::string& path, const ExportedPlaces& places);
+[[nodiscard]] std::optional<std::string> PlacesText(const std::string& path,
+                                                    const ExportedPlaces& places);

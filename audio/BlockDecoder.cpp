@@ -124,11 +124,11 @@ void BlockDecoder::LeadThrough(std::int64_t offsetBytes, std::int64_t filling,
     m_walker.MoveTo(offsetBytes);
     m_decoder.EmptyReservoir();
     for (; filling > 0 && Step(); --filling) {
-        m_decoder.FillReservoir(m_walker.Bytes(), m_walker.Header());
+        ReportUnless(m_decoder.FillReservoir(m_walker.Bytes(), m_walker.Header()));
     }
     m_check.SetReservoir(m_decoder.ReservoirBytes());
     for (; decoded > 0 && Step(); --decoded) {
-        DecodeCurrent(m_dropped.data());
+        ReportUnless(DecodeCurrent(m_dropped.data()));
     }
 }
 
@@ -136,14 +136,21 @@ void BlockDecoder::DecodeFrame(std::int16_t* samples) {
     if (!Step()) {
         std::fill_n(samples, SamplesPerFrame(), std::int16_t{0});
         m_check.Fail();
-    } else if (!DecodeCurrent(samples)) {
-        Report({m_walker.OffsetBytes(), ENOMEM});
+    } else {
+        ReportUnless(DecodeCurrent(samples));
     }
     if (m_window.Error()) {
         Report(*m_window.Error());
     }
     NoteSoundness();
     ++m_frame;
+}
+
+/// A frame that was not decoded for want of memory is silence, and spoils what depends on it.
+void BlockDecoder::ReportUnless(bool isDecoded) {
+    if (!isDecoded) {
+        Report({m_walker.OffsetBytes(), ENOMEM});
+    }
 }
 
 /// Decodes the frame stepped to.

@@ -24,7 +24,7 @@ public:
     /// Gets ready to decode a frame in the middle of a sound block, through no more frames than it
     /// takes to make the same of it.
     /// @return false when that cannot be, and nothing has changed
-    bool BeginNear(std::int64_t frame);
+    [[nodiscard]] bool BeginNear(std::int64_t frame);
 
     /// Decodes the block's next frame; silence where the file no longer holds it. What could not be
     /// read or decoded is reported to the file; the block is then silent to its end, so that what
@@ -47,14 +47,15 @@ private:
         std::uint32_t mainDataBytes;
     };
 
-    bool MapBlock(std::int64_t block);
+    [[nodiscard]] bool MapBlock(std::int64_t block);
     std::vector<Lead> PlanLeads(std::int64_t frame, const SoundBlocks::Doubts& doubts);
     std::uint32_t MainDataBegin(std::int64_t frame);
     std::int64_t FillingFrom(std::int64_t frame, std::uint32_t bytes) const;
     void LeadThrough(std::int64_t offsetBytes, std::int64_t filling, std::int64_t decoded);
-    bool DecodeCurrent(std::int16_t* samples);
+    void ReportUnless(bool isDecoded);
+    [[nodiscard]] bool DecodeCurrent(std::int16_t* samples);
     void NoteSoundness();
-    bool Step();
+    [[nodiscard]] bool Step();
     void Report(const ReadError& cause) const;
 
     const std::shared_ptr<const File> m_file;

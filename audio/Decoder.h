@@ -44,7 +44,7 @@ public:
     /// The next samples, valid until the next call.
     /// @param maxSampleFrames  at least 1; there may be fewer, without this being the end
     /// @return whole sample frames; empty only at the end
-    virtual std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) = 0;
+    [[nodiscard]] virtual std::span<const std::int16_t> Read(std::int64_t maxSampleFrames) = 0;
 
     /// Another decoder of the same file, for one more thread that reads short stretches here and
     /// there: it decodes on the thread that reads, from as near before a place as gives exactly the

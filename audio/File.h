@@ -13,7 +13,7 @@ class File {
 public:
     /// @return null with errno set when the file cannot be opened or is no regular file; a
     ///         directory, a pipe or a device fails at once
-    static std::shared_ptr<const File> Open(const char* path);
+    [[nodiscard]] static std::shared_ptr<const File> Open(const char* path);
 
     virtual ~File() = default;
     File(const File&) = delete;
@@ -29,7 +29,7 @@ public:
         int error = 0;         ///< why there are no more; 0 at the end of the file too
     };
     /// @return fewer bytes than asked for at the end of the file and on a read error
-    virtual ReadResult ReadAt(std::int64_t offset, void* to, std::size_t bytes) const;
+    [[nodiscard]] virtual ReadResult ReadAt(std::int64_t offset, void* to, std::size_t bytes) const;
 
     /// Where those who decode the file report what they could not read.
     ReadFailures& Failures() const { return *m_failures; }

@@ -20,7 +20,7 @@ public:
     /// The bytes [offset, offset + count), which stay valid until the next call.
     /// @param count  at most a sixteenth of the capacity
     /// @return null where the file does not hold all of them
-    const std::uint8_t* Bytes(std::int64_t offset, std::size_t count) {
+    [[nodiscard]] const std::uint8_t* Bytes(std::int64_t offset, std::size_t count) {
         if (offset >= m_begin && offset + static_cast<std::int64_t>(count) <= m_end) {
             return m_buffer.get() + (offset - m_begin);
         }
@@ -36,7 +36,7 @@ public:
     void ForgetError();
 
 private:
-    const std::uint8_t* Refill(std::int64_t offset, std::size_t count);
+    [[nodiscard]] const std::uint8_t* Refill(std::int64_t offset, std::size_t count);
 
     std::shared_ptr<const File> m_file;
     std::unique_ptr<std::uint8_t[]> m_buffer;

@@ -94,10 +94,9 @@ bool FrameDecoder::Decode(const std::uint8_t* frame, std::size_t bytes, std::int
     return !isShortOfMemory;
 }
 
-void FrameDecoder::FillReservoir(const std::uint8_t* frame, const FrameHeader& header) {
+bool FrameDecoder::FillReservoir(const std::uint8_t* frame, const FrameHeader& header) {
     if (frame == nullptr || header.MainDataBytes() == 0) {
-        Decode(frame, header.sizeBytes, m_dropped.data());
-        return;
+        return Decode(frame, header.sizeBytes, m_dropped.data());
     }
     // Side information of all zeros says that the granules hold nothing. Only where the main data
     // begin must be told, as far back as there are any: libmpg123 then takes them over.
@@ -106,8 +105,9 @@ void FrameDecoder::FillReservoir(const std::uint8_t* frame, const FrameHeader& h
     std::fill_n(sideInfo, header.sideInfoBytes, std::uint8_t{0});
     const std::uint32_t begin = std::min(m_reservoirBytes, header.MaxReservoirBytes());
     bitstream::SideInfo::WriteMainDataBegin(sideInfo, header.lowSamplingRate, begin);
-    Decode(m_muted.data(), m_muted.size(), m_dropped.data());
+    const bool isDecoded = Decode(m_muted.data(), m_muted.size(), m_dropped.data());
     m_reservoirBytes += header.MainDataBytes();
+    return isDecoded;
 }
 
 bool FrameDecoder::TryDecode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples) {

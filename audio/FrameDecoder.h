@@ -27,13 +27,14 @@ public:
     /// @param samples  sampleFrames x channels of the stream's first header; silence when the frame
     ///                 cannot be decoded
     /// @return false when that is for want of memory
-    bool Decode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples);
+    [[nodiscard]] bool Decode(const std::uint8_t* frame, std::size_t bytes, std::int16_t* samples);
 
     /// Leads the decoder through a frame before those that are to be decoded: its part of the bit
     /// reservoir is kept, its sound is not. Other than by decoding it, nothing fails here for want
     /// of earlier frames.
     /// @param frame  null for a frame that could not be read
-    void FillReservoir(const std::uint8_t* frame, const FrameHeader& header);
+    /// @return false for want of memory
+    [[nodiscard]] bool FillReservoir(const std::uint8_t* frame, const FrameHeader& header);
 
     /// FillReservoir begins anew: the frames that follow are not those after the last one.
     void EmptyReservoir() { m_reservoirBytes = 0; }

@@ -15,7 +15,7 @@ struct FrameHeader {
     static constexpr std::size_t kMaxBytes = 2881; ///< of a whole frame
 
     /// @param bytes  kBytes of them
-    static std::optional<FrameHeader> Parse(const std::uint8_t* bytes);
+    [[nodiscard]] static std::optional<FrameHeader> Parse(const std::uint8_t* bytes);
 
     bool operator==(const FrameHeader&) const = default;
 

@@ -39,7 +39,7 @@ public:
 
     /// Reads the stream's frame headers once from beginning to end, stepping over what cannot be
     /// read.
-    static FrameIndex Build(FileWindow& window, const MpegStream& stream);
+    [[nodiscard]] static FrameIndex Build(FileWindow& window, const MpegStream& stream);
 
     const MpegStream& Stream() const { return m_stream; }
     std::int64_t FrameCount() const { return m_frameCount; }

@@ -19,7 +19,8 @@ public:
 
     /// The kept index, or a new one.
     /// @return null when the file holds no MPEG audio
-    std::shared_ptr<const FrameIndex> IndexOf(const std::shared_ptr<const File>& file);
+    [[nodiscard]] std::shared_ptr<const FrameIndex>
+    IndexOf(const std::shared_ptr<const File>& file);
 
 private:
     static constexpr std::size_t kCapacity = 64;

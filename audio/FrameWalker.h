@@ -21,18 +21,20 @@ public:
     /// Steps to the next frame.
     /// @return false at the end: the frames stop, or the next is cut short, or none lies within
     ///         bitstream::kSearchBytes. Further steps then fail too.
-    bool Next();
+    [[nodiscard]] bool Next();
 
     /// Of the current frame.
     std::int64_t OffsetBytes() const { return m_offset; }
     const FrameHeader& Header() const { return m_header; }
     /// The current frame's bytes, null when they cannot be read; valid until the next call.
-    const std::uint8_t* Bytes() { return m_window.Bytes(m_offset, m_header.sizeBytes); }
+    [[nodiscard]] const std::uint8_t* Bytes() {
+        return m_window.Bytes(m_offset, m_header.sizeBytes);
+    }
 
 private:
-    bool Take(std::int64_t offset);
-    bool TakeNear(std::int64_t expected);
-    bool Search(std::int64_t expected);
+    [[nodiscard]] bool Take(std::int64_t offset);
+    [[nodiscard]] bool TakeNear(std::int64_t expected);
+    [[nodiscard]] bool Search(std::int64_t expected);
 
     FileWindow& m_window;
     const MpegStream& m_stream;

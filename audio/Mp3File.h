@@ -11,7 +11,7 @@
 /// An opened MPEG audio file and the index of its frames; shared by those that decode it.
 struct Mp3File {
     /// @return nothing when the file holds no MPEG audio
-    static std::optional<Mp3File> Open(const std::shared_ptr<const File>& file);
+    [[nodiscard]] static std::optional<Mp3File> Open(const std::shared_ptr<const File>& file);
 
     AudioFormat Format() const;
     /// How many sample frames a block of the index decodes to; the last one may have fewer.

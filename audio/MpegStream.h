@@ -16,13 +16,13 @@ struct MpegStream {
 /// Finds the audio: leaves out the tags at both ends, finds the first frame and steps over it when
 /// it is a Xing, Info or VBRI header.
 /// @return nothing when no frame begins within bitstream::kSearchBytes after the leading tags
-std::optional<MpegStream> FindMpegStream(FileWindow& window);
+[[nodiscard]] std::optional<MpegStream> FindMpegStream(FileWindow& window);
 
 /// The header at an offset, if a frame of the stream begins there; it may be cut short.
-std::optional<FrameHeader> HeaderAt(FileWindow& window, const MpegStream& stream,
-                                    std::int64_t offset);
+[[nodiscard]] std::optional<FrameHeader> HeaderAt(FileWindow& window, const MpegStream& stream,
+                                                  std::int64_t offset);
 
 /// True when the frame is followed at once by another header of the stream, or by the stream's end
 /// (less than a header may be left of a file that was cut short).
-bool IsFollowed(FileWindow& window, const MpegStream& stream, std::int64_t offset,
-                const FrameHeader& header);
+[[nodiscard]] bool IsFollowed(FileWindow& window, const MpegStream& stream, std::int64_t offset,
+                              const FrameHeader& header);

@@ -9,7 +9,8 @@
 /// it, anything else as MPEG audio.
 /// @param threads  how many threads decode MPEG audio ahead; 1: the reader's own does
 /// @return null when the file holds no audio, or could not be read: its Failures tell that
-std::unique_ptr<Decoder> OpenDecoder(const std::shared_ptr<const File>& file, unsigned threads);
+[[nodiscard]] std::unique_ptr<Decoder> OpenDecoder(const std::shared_ptr<const File>& file,
+                                                   unsigned threads);
 
 /// One per processor, at most 16, unless KLIPRA_DECODE_THREADS says how many.
 unsigned DecodeThreads();

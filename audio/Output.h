@@ -14,7 +14,7 @@ class Output {
 public:
     /// Gets ready to open devices and tries one in this format.
     /// @return false when there is none: Acquire then gives silent ones
-    bool Open(const OutputFormat& format);
+    [[nodiscard]] bool Open(const OutputFormat& format);
 
     /// Open was called, successful or not, and Close was not called since.
     bool IsOpen();
@@ -27,19 +27,19 @@ public:
 
     /// A stopped device; a silent one where no other can be had.
     /// @throws std::system_error when not even that can be made
-    std::unique_ptr<OutputDevice> Acquire(const OutputFormat& format);
+    [[nodiscard]] std::unique_ptr<OutputDevice> Acquire(const OutputFormat& format);
 
     /// A stopped device that can be heard, in place of one that cannot; what is put in its place is
     /// to be given back with Release.
     /// @return null when there is still none
-    std::unique_ptr<OutputDevice> AcquireAudible(const OutputFormat& format);
+    [[nodiscard]] std::unique_ptr<OutputDevice> AcquireAudible(const OutputFormat& format);
 
     /// Gives a stopped device back.
     void Release(std::unique_ptr<OutputDevice> device);
 
 private:
     void Keep(std::unique_ptr<OutputDevice> device, bool open);
-    std::unique_ptr<OutputDevice> Lend(std::unique_ptr<OutputDevice> device);
+    [[nodiscard]] std::unique_ptr<OutputDevice> Lend(std::unique_ptr<OutputDevice> device);
 
     // Held while a device is opened or closed, which takes its time; taken before the other mutex.
     std::mutex m_opening;

@@ -22,7 +22,7 @@ class PeakIndex {
 public:
     /// @return null for a file that is too long, or not to be sought in exactly, or when there is
     ///         too little memory
-    static std::shared_ptr<PeakIndex> Make(const AudioFormat& format, SeekCost cost);
+    [[nodiscard]] static std::shared_ptr<PeakIndex> Make(const AudioFormat& format, SeekCost cost);
 
     const AudioFormat& Format() const { return m_format; }
     const PeakGrid& Grid() const { return m_grid; }
@@ -39,12 +39,12 @@ public:
     /// reaches what is not known yet; he is to call Pause soon.
     /// @param who  the caller, known by his address
     /// @return what is known then
-    std::int64_t Await(const void* who, std::int64_t begin, std::int64_t end);
+    [[nodiscard]] std::int64_t Await(const void* who, std::int64_t begin, std::int64_t end);
 
     // For the one who fills the index.
 
     /// @return false when somebody else does so by now, or nobody
-    bool Resume(const void* who);
+    [[nodiscard]] bool Resume(const void* who);
     /// Ends what Await or Resume began: only for so long does who follows wait without asking.
     void Pause();
     /// Stores the peaks of granules that are not known yet, one after the other.

@@ -23,8 +23,8 @@ public:
 
     /// The kept index of a file in this state, or an empty one.
     /// @return null when none can be had; see PeakIndex::Make
-    std::shared_ptr<PeakIndex> IndexOf(const FileState& state, const AudioFormat& format,
-                                       SeekCost cost);
+    [[nodiscard]] std::shared_ptr<PeakIndex> IndexOf(const FileState& state,
+                                                     const AudioFormat& format, SeekCost cost);
     /// The file has changed.
     void Forget(const std::shared_ptr<PeakIndex>& index);
 

@@ -45,8 +45,8 @@ private:
         std::int64_t published; // granules below are known
     };
 
-    bool UsesIndex();
-    bool IsFileCurrent();
+    [[nodiscard]] bool UsesIndex();
+    [[nodiscard]] bool IsFileCurrent();
     PeakLevels MeasureWithIndex(std::int64_t begin, std::int64_t end);
     PeakLevels Fill(std::int64_t begin, std::int64_t end);
     PeakLevels MeasureKnown(std::int64_t begin, std::int64_t end);

@@ -40,7 +40,7 @@ private:
     void BeginAt(std::int64_t sampleFrame);
     void Halt(std::int64_t position);
     void Run();
-    bool FeedUntilEnd();
+    [[nodiscard]] bool FeedUntilEnd();
     void FillQueue(Lock& lock);
     std::span<const std::int16_t> Decode(std::int64_t seekTo);
     void TryLostDevice(Lock& lock);

@@ -9,7 +9,7 @@ class SdlDevice : public OutputDevice {
 public:
     /// SDL's audio must be initialised.
     /// @return null when there is no device or it cannot be opened
-    static std::unique_ptr<SdlDevice> Open(const OutputFormat& format);
+    [[nodiscard]] static std::unique_ptr<SdlDevice> Open(const OutputFormat& format);
 
     ~SdlDevice() override;
     SdlDevice(const SdlDevice&) = delete;

@@ -14,7 +14,7 @@ public:
 
     /// A stopped device, the system's default one.
     /// @return null when there is none or it cannot be opened
-    virtual std::unique_ptr<OutputDevice> OpenDevice(const OutputFormat& format) = 0;
+    [[nodiscard]] virtual std::unique_ptr<OutputDevice> OpenDevice(const OutputFormat& format) = 0;
 };
 
 /// What that library exports: the system's audio, to be deleted by the caller, or null where there
@@ -24,4 +24,4 @@ inline constexpr const char* kOpenSoundSystem = "KlipraOpenSoundSystem";
 
 /// Loads the library, which stays loaded, from beside the one that this is linked into.
 /// @return null when there is no such library, or no audio
-std::unique_ptr<SoundSystem> LoadSoundSystem();
+[[nodiscard]] std::unique_ptr<SoundSystem> LoadSoundSystem();

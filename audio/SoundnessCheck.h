@@ -38,7 +38,7 @@ public:
 
 private:
     bool EndsInZeros(std::span<const std::int16_t> samples) const;
-    bool Follows(const bitstream::SideInfo& info, std::uint32_t payloadBytes);
+    [[nodiscard]] bool Follows(const bitstream::SideInfo& info, std::uint32_t payloadBytes);
 
     FrameHeader m_first;
     bool m_isSound = false;

@@ -23,7 +23,7 @@ public:
 
     virtual std::int64_t Position() = 0;
     /// @param sampleFrame  0 to the length inclusive
-    virtual bool SetPosition(std::int64_t sampleFrame) = 0;
+    [[nodiscard]] virtual bool SetPosition(std::int64_t sampleFrame) = 0;
     /// Playing, or not yet decoded to the end.
     virtual bool IsActive() = 0;
     /// See Decoder::SeekInfo.
@@ -36,7 +36,9 @@ public:
     /// point.
     /// @param seconds  0 < seconds <= 1
     /// @return false when nothing was left to measure; levels are then untouched
-    virtual bool MeasureLevels(double /*seconds*/, PeakLevels& /*levels*/) { return false; }
+    [[nodiscard]] virtual bool MeasureLevels(double /*seconds*/, PeakLevels& /*levels*/) {
+        return false;
+    }
 
     /// Up to where the levels of the file are known, in sample frames. Waits for nothing.
     virtual std::int64_t LevelsKnown() const { return 0; }
@@ -44,11 +46,13 @@ public:
     virtual void CompleteLevels() {}
 
     /// Plays from the current position, or the beginning when told to or at the end.
-    virtual bool Play(bool /*restart*/) { return false; }
-    virtual bool Stop() { return false; }
+    [[nodiscard]] virtual bool Play(bool /*restart*/) { return false; }
+    [[nodiscard]] virtual bool Stop() { return false; }
     /// Has the callback called, on a thread of the library, each time the stream has played to its
     /// end, unless it is playing again by then.
-    virtual bool AddEndCallback(const std::function<void()>& /*callback*/) { return false; }
+    [[nodiscard]] virtual bool AddEndCallback(const std::function<void()>& /*callback*/) {
+        return false;
+    }
 
     /// To be called once, before the stream is let go of. Nothing plays afterwards and no callback
     /// is running or will, save one that this is called from; play, stop and the like then fail.

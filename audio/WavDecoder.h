@@ -15,7 +15,7 @@
 class WavDecoder : public Decoder {
 public:
     /// @return null when the file is no WAV that libsndfile reads
-    static std::unique_ptr<WavDecoder> Open(const std::shared_ptr<const File>& file);
+    [[nodiscard]] static std::unique_ptr<WavDecoder> Open(const std::shared_ptr<const File>& file);
 
     const AudioFormat& Format() const override { return m_format; }
     void Seek(std::int64_t sampleFrame) override;

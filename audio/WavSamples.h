@@ -20,4 +20,4 @@ struct WavSamples {
 /// Finds the samples. A data size of 0, of 0xFFFFFFFF or beyond the file's end means all that
 /// follows, as it does to the cutters.
 /// @return nothing for a file with an ordinary size, and for one whose samples have no fixed size
-std::optional<WavSamples> FindWavSamples(const File& file);
+[[nodiscard]] std::optional<WavSamples> FindWavSamples(const File& file);

@@ -17,7 +17,7 @@ public:
     /// @param output    the target's path
     /// @param keepsOld  whether the old file can be brought back; not needed for the last one
     /// @return false after a failure
-    bool Add(FileReplacement& replacement, const std::string& output, bool keepsOld);
+    [[nodiscard]] bool Add(FileReplacement& replacement, const std::string& output, bool keepsOld);
 
     void Keep();
 
@@ -29,7 +29,7 @@ private:
         bool isDone = false;
     };
 
-    static bool KeepOld(Step& step);
+    [[nodiscard]] static bool KeepOld(Step& step);
     static void Undo(const Step& step);
 
     std::vector<Step> m_steps;

@@ -13,7 +13,7 @@ void ReportScanFailure(const std::string& path);
 
 /// Tells what a stream of a file could not read, if there is something.
 /// @return whether there is nothing
-bool ReportReadFailure(const std::string& path, std::uint32_t stream);
+[[nodiscard]] bool ReportReadFailure(const std::string& path, std::uint32_t stream);
 
 /// The engine without a window: opens one file to measure it. Failures are reported on standard
 /// error. Makes no edits in the history.
@@ -21,7 +21,7 @@ class HeadlessKlipra : public Klipra {
 public:
     /// Opens the only file of this engine.
     /// @return false after a failure, which has been reported
-    bool Open(const std::string& path);
+    [[nodiscard]] bool Open(const std::string& path);
 
     const std::string& Path() const { return histories.front().path; }
 
@@ -31,7 +31,7 @@ public:
     double LengthInSeconds() const { return ToSeconds(length); }
 
     /// See above; of a stream of this engine's file.
-    bool ReportReadFailure(std::uint32_t stream) const {
+    [[nodiscard]] bool ReportReadFailure(std::uint32_t stream) const {
         return ::ReportReadFailure(Path(), stream);
     }
 

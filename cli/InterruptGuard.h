@@ -18,7 +18,7 @@ public:
 
     /// Until this is called signals are put off, as files are being made that nobody knows yet.
     /// @return false when there was one: whatever was made has to go
-    bool Begin();
+    [[nodiscard]] bool Begin();
 
     /// From now on signals do nothing: for last steps that are quick and not to be half done.
     void HoldOff();

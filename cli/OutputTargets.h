@@ -10,8 +10,8 @@ public:
     /// file, whether something that is no file stands in the way, or a file that is not to be
     /// replaced, and whether the folders can be written to.
     /// @return false when one cannot be written, which has been reported
-    bool Check(const std::string& source, const std::vector<std::string>& names,
-               bool replacesNothing);
+    [[nodiscard]] bool Check(const std::string& source, const std::vector<std::string>& names,
+                             bool replacesNothing);
 
     /// In the order of the names.
     const std::vector<std::string>& Paths() const { return m_paths; }

@@ -17,11 +17,12 @@ struct CutOutcome {
 /// Cuts each piece to a path of its own, with the cutter that the format and the pieces call for:
 /// an MP3 in one walk.
 /// @return false after a failure, which has been reported or stands in CutFailure
-bool CutPieces(const std::string& source, FormatType format, const std::vector<Piece>& pieces,
-               const std::vector<std::string>& paths, CutOutcome& outcome);
+[[nodiscard]] bool CutPieces(const std::string& source, FormatType format,
+                             const std::vector<Piece>& pieces,
+                             const std::vector<std::string>& paths, CutOutcome& outcome);
 
 /// Whether each range that was removed held audio, and anything is left but the frames at the
 /// borders.
 /// @return false when not, which has been reported
-bool CheckRemoval(const std::string& source, FormatType format, const Piece& piece,
-                  const CutSummary& summary);
+[[nodiscard]] bool CheckRemoval(const std::string& source, FormatType format, const Piece& piece,
+                                const CutSummary& summary);

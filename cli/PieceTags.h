@@ -15,7 +15,8 @@ struct PieceTags {
 /// is one; of a WAV in its list of information, and in an ID3v2 tag where there is one. All else
 /// stays.
 /// @return false when that could not be written
-bool WritePieceTags(const std::string& path, FormatType format, const PieceTags& tags);
+[[nodiscard]] bool WritePieceTags(const std::string& path, FormatType format,
+                                  const PieceTags& tags);
 
 /// What tags say for people, UTF-8; empty where they say nothing.
 struct TagFacts {

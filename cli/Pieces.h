@@ -23,5 +23,5 @@ struct Piece {
 /// Writes all pieces, or none, as the options say: finished, with tags, without replacing anything,
 /// or not at all but with a line about each on standard output.
 /// @return false after a failure, which has been reported
-bool WritePieces(const std::string& source, FormatType format, const std::vector<Piece>& pieces,
-                 const Arguments& arguments);
+[[nodiscard]] bool WritePieces(const std::string& source, FormatType format,
+                               const std::vector<Piece>& pieces, const Arguments& arguments);

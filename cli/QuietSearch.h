@@ -19,5 +19,5 @@ struct QuietThresholds {
 /// Where there is none a terminal is told the quietest level that there is.
 /// @param found  out: in order
 /// @return false after a failure, which has been reported: what could not be read may be quiet
-bool FindQuietPlaces(const HeadlessKlipra& engine, const QuietThresholds& thresholds,
-                     std::vector<QuietStretch>& found);
+[[nodiscard]] bool FindQuietPlaces(const HeadlessKlipra& engine, const QuietThresholds& thresholds,
+                                   std::vector<QuietStretch>& found);

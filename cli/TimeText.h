@@ -20,7 +20,7 @@ struct TimePoint {
 
 /// A finite time of 0 or more: "90", "12.5", [H:]M:SS[.fraction] such as "1:30.25", or hours,
 /// minutes and seconds such as "1h2m3.5s", any of the three; none for another text.
-std::optional<double> ParseDuration(const std::string& text);
+[[nodiscard]] std::optional<double> ParseDuration(const std::string& text);
 
 /// The same, or "end" or "end-T" with such a time T.
-std::optional<TimePoint> ParseTime(const std::string& text);
+[[nodiscard]] std::optional<TimePoint> ParseTime(const std::string& text);

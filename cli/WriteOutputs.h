@@ -15,10 +15,12 @@ using OutputWriter = std::function<bool(const std::vector<std::string>& paths)>;
 /// @param names            the outputs; existing files are replaced when all are complete
 /// @param replacesNothing  an existing file is a failure
 /// @return false after a failure, which has been reported: every output is as it was
-bool WriteOutputs(const std::string& source, const std::vector<std::string>& names,
-                  bool replacesNothing, const OutputWriter& write);
+[[nodiscard]] bool WriteOutputs(const std::string& source, const std::vector<std::string>& names,
+                                bool replacesNothing, const OutputWriter& write);
 
 /// The writing alone, to paths that stand for the outputs of these names.
 /// @return false after a failure, which has been reported
-bool WriteWithProgress(const std::string& source, const std::vector<std::string>& names,
-                       const std::vector<std::string>& paths, const OutputWriter& write);
+[[nodiscard]] bool WriteWithProgress(const std::string& source,
+                                     const std::vector<std::string>& names,
+                                     const std::vector<std::string>& paths,
+                                     const OutputWriter& write);

@@ -20,5 +20,5 @@ struct FramePrint {
 /// Altered is what making a join without a fault alters: a frame that decodes from the same data,
 /// which stand elsewhere, and a few mute ones beside frames that were found: a join has muted them,
 /// or put them in to carry data.
-Comparison MatchFrames(const std::vector<FramePrint>& source,
-                       const std::vector<FramePrint>& result);
+[[nodiscard]] Comparison MatchFrames(const std::vector<FramePrint>& source,
+                                     const std::vector<FramePrint>& result);

@@ -123,11 +123,11 @@ public:
     /// Opens an entry's file as the playback stream, makes the entry current and goes to zoom 1.
     /// @return false when the file cannot be opened, which has been shown: the entry is current
     ///         then, without a stream. True for an unknown id, which changes nothing.
-    bool LoadPlayFile(int id);
-    bool LoadPlayFile(); ///< the same for the current entry
-    void PlayStart();    ///< plays from the current position
-    void PlayStop();     ///< the position stays; nothing without a stream
-    void PlayOrStop();   ///< stops when `playing` is set, starts otherwise
+    [[nodiscard]] bool LoadPlayFile(int id);
+    [[nodiscard]] bool LoadPlayFile(); ///< the same for the current entry
+    void PlayStart();                  ///< plays from the current position
+    void PlayStop();                   ///< the position stays; nothing without a stream
+    void PlayOrStop();                 ///< stops when `playing` is set, starts otherwise
     /// Called by the audio library, on a thread of its own, when playback has reached the end.
     /// @param user  the engine
     static void PlayEndProc(std::uint32_t sync, std::uint32_t stream, std::uint32_t data,

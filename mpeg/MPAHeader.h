@@ -73,7 +73,7 @@ public:
 private:
     enum ChannelMode : unsigned int { kStereo, kJointStereo, kDualChannel, kSingleChannel };
 
-    std::optional<CMPAException::ErrorIDs> Decode(const unsigned char* bytes);
+    [[nodiscard]] std::optional<CMPAException::ErrorIDs> Decode(const unsigned char* bytes);
     unsigned short AllocationTable() const;
 
     bool m_isLSF = false;

@@ -25,8 +25,8 @@ public:
     /// @return the bytes, valid until the next read on the same stream
     /// Throws CMPAEndOfFileException when not all of them are there, CMPAException when the stream
     /// cannot be read.
-    virtual unsigned char* ReadBytes(unsigned int size, long long& offset, bool moveOffset,
-                                     bool reverse) const = 0;
+    [[nodiscard]] virtual unsigned char* ReadBytes(unsigned int size, long long& offset,
+                                                   bool moveOffset, bool reverse) const = 0;
 
     /// Reads a little-endian number of 0 to 4 bytes; failures and moveOffset as for ReadBytes.
     unsigned int ReadLEValue(unsigned int bytes, long long& offset, bool moveOffset) const;

@@ -24,12 +24,12 @@ public:
     CTag* GetNextTag(unsigned int& index) const;
 
     /// Runs one finder and records its tag. Throws like the constructor.
-    bool FindTag(Finder finder, CMPAStream* stream, bool appended);
+    [[nodiscard]] bool FindTag(Finder finder, CMPAStream* stream, bool appended);
 
     /// Tries each finder of a list once and stops at the first that finds a tag. Throw like the
     /// constructor.
-    bool FindAppendedTag(CMPAStream* stream);
-    bool FindPrependedTag(CMPAStream* stream);
+    [[nodiscard]] bool FindAppendedTag(CMPAStream* stream);
+    [[nodiscard]] bool FindPrependedTag(CMPAStream* stream);
 
     long long GetBeginOffset() const { return m_beginOffset; } ///< first byte after leading tags
     long long GetEndOffset() const { return m_endOffset; }     ///< first byte of trailing tags

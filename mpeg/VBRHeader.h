@@ -17,7 +17,8 @@ public:
 
     /// Whether the four characters stand at the offset. Throws CMPAException when they cannot be
     /// read.
-    static bool CheckID(CMPAStream* stream, long long offset, char c0, char c1, char c2, char c3);
+    [[nodiscard]] static bool CheckID(CMPAStream* stream, long long offset, char c0, char c1,
+                                      char c2, char c3);
 
     CVBRHeader(const CVBRHeader&) = delete;
     CVBRHeader& operator=(const CVBRHeader&) = delete;

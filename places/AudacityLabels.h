@@ -11,7 +11,7 @@ bool IsLabel(const std::string& line);
 
 /// The begins of labels with their titles, and the ends where the next label does not begin there.
 /// Throws ListError.
-std::vector<ListedPlace> ParseLabels(const std::vector<TextLine>& lines);
+[[nodiscard]] std::vector<ListedPlace> ParseLabels(const std::vector<TextLine>& lines);
 
 /// A label of no length at each place, with its number for a title.
 /// @param places  seconds, ascending

@@ -7,7 +7,7 @@ bool IsHeaderOfCsv(const std::string& line);
 
 /// The rows of a table with a header (RFC 4180): its columns "seconds" and, where there is one,
 /// "title". Throws ListError.
-std::vector<ListedPlace> ParseCsv(const std::string& text);
+[[nodiscard]] std::vector<ListedPlace> ParseCsv(const std::string& text);
 
 /// A place to be written: where it is in the decoded audio.
 struct CsvPlace {

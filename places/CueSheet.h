@@ -7,7 +7,7 @@
 bool IsCueCommand(const std::string& line);
 
 /// The beginnings of the tracks, INDEX 01, with their titles. Throws ListError.
-std::vector<ListedPlace> ParseCueSheet(const std::vector<TextLine>& lines);
+[[nodiscard]] std::vector<ListedPlace> ParseCueSheet(const std::vector<TextLine>& lines);
 
 /// The most tracks that a sheet can have.
 inline constexpr std::size_t kMostCueTracks = 99;

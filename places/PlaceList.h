@@ -24,4 +24,4 @@ public:
 /// @param bytes  UTF-8, with or without a byte order mark, or Shift_JIS; lines end in LF or CRLF
 /// @return in ascending order, none twice; the first one may lie at 0
 /// Throws ListError when it is none of these, or not ascending.
-std::vector<ListedPlace> ParsePlaceList(const std::string& bytes);
+[[nodiscard]] std::vector<ListedPlace> ParsePlaceList(const std::string& bytes);

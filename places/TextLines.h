@@ -24,13 +24,13 @@ std::vector<TextLine> SplitLines(const std::string& text);
 std::vector<std::string> SplitAt(std::string_view text, char separator);
 
 /// The number that digits mean, no more than nine of them; none for another text.
-std::optional<unsigned int> ParseDigits(std::string_view text);
+[[nodiscard]] std::optional<unsigned int> ParseDigits(std::string_view text);
 
 /// The finite number of 0 or more that a text means, such as "0.5" or "1e-3"; none for another one.
-std::optional<double> ParseNumber(std::string_view text);
+[[nodiscard]] std::optional<double> ParseNumber(std::string_view text);
 
 /// The same, without an exponent.
-std::optional<double> ParseDecimal(std::string_view text);
+[[nodiscard]] std::optional<double> ParseDecimal(std::string_view text);
 
 /// Seconds as they are written everywhere: with six decimals.
 std::string SecondsText(double seconds);

@@ -59,7 +59,7 @@ struct OpenedFile {
         delegate.visibleWidth = visibleWidth;
         adaptor.SetDrawSize(visibleWidth);
         adaptor.PushHistory("# a song.wav", path, true, 0);
-        adaptor.LoadPlayFile();
+        (void)adaptor.LoadPlayFile(); // what cannot be opened is shown to the delegate
     }
 
     TemporaryFolder folder;

@@ -8,7 +8,7 @@ struct SessionWindow {
         : adaptor(&delegate, format, path, KlipraMac::Sound::Silent) {
         delegate.adaptor = &adaptor;
         adaptor.PushHistory("# " + Klipra::ExtractFilename(path), path, true, 0);
-        adaptor.LoadPlayFile();
+        (void)adaptor.LoadPlayFile(); // what cannot be opened is shown to the delegate
         delegate.onWork = onWork;
         isRestored = adaptor.BeginSession(journals);
     }

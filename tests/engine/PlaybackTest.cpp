@@ -17,7 +17,7 @@ TEST(Playback, StartsStopsAndEndsAlsoAtOnce) {
     }
     EXPECT_GE(engine.SetStartPosition(), 8000);
     for (int i = 0; i < 20; ++i) {
-        engine.LoadPlayFile();
+        ASSERT_TRUE(engine.LoadPlayFile());
         engine.SetCurrentPosition(engine.lastPosition);
         engine.PlayStart();
         file.delegate.AwaitStop();
