@@ -4,59 +4,21 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
 namespace {
 
-/// Running extremes; as the number of lanes is even, a lane always holds the same side.
-struct Extremes {
-    Lanes lowest{};
-    Lanes highest{};
-
-    void Add(const std::int16_t* samples, std::size_t count = kLanes) {
-        Lanes lanes{};
-        std::memcpy(&lanes, samples, count * sizeof(std::int16_t));
-        lowest = Lower(lanes, lowest);
-        highest = Higher(lanes, highest);
-    }
-
-    void Add(const Extremes& other) {
-        lowest = Lower(other.lowest, lowest);
-        highest = Higher(other.highest, highest);
-    }
-
-    PeakSamples Peaks() const {
-        const Lanes low = Fold(lowest, Lower);
-        const Lanes high = Fold(highest, Higher);
-        const auto peak = [&](std::size_t side) {
-            return std::max(-int{low[side]}, int{high[side]});
-        };
-        return {peak(0), peak(1)};
-    }
-};
-
 /// The even and the odd samples' peaks.
 PeakSamples MeasureAlternating(std::span<const std::int16_t> samples) {
-    // Two, so that one need not wait for the other's result.
-    Extremes first;
-    Extremes second;
-    const std::int16_t* from = samples.data();
-    std::size_t left = samples.size();
-    for (; left >= 2 * kLanes; left -= 2 * kLanes, from += 2 * kLanes) {
-        first.Add(from);
-        second.Add(from + kLanes);
+    const std::size_t pairs = samples.size() < kLanes ? 0 : samples.size() / 2 * 2;
+    PeakSamples peaks = pairs > 0 ? MeasurePairs(samples.data(), pairs) : PeakSamples();
+    for (std::size_t i = pairs; i < samples.size(); ++i) {
+        int& peak = i % 2 == 0 ? peaks.left : peaks.right;
+        peak = std::max(peak, std::abs(int{samples[i]}));
     }
-    for (; left >= kLanes; left -= kLanes, from += kLanes) {
-        first.Add(from);
-    }
-    if (left > 0 && samples.size() >= kLanes && left % 2 == 0) {
-        first.Add(from + left - kLanes); // some once more; a copy of a changing size takes longer
-    } else if (left > 0) {
-        first.Add(from, left);
-    }
-    first.Add(second);
-    return first.Peaks();
+    return peaks;
 }
 
 /// For an odd number of channels, whose sides change places with every sample frame.

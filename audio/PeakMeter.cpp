@@ -155,7 +155,7 @@ std::size_t PeakMeter::AddGranules(std::span<const std::int16_t> samples, PeakSa
         if (size < kLanes || size > kMostSamples || size > samples.size() - added) {
             break;
         }
-        const PeakSamples peaks = MeasureFew(samples.data() + added, size);
+        const PeakSamples peaks = MeasurePairs(samples.data() + added, size);
         highest.Raise(peaks);
         to.Write(peaks);
         added += size;

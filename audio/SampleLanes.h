@@ -26,10 +26,11 @@ Lanes Fold(Lanes lanes, const Choose& choose) {
     return choose(lanes, __builtin_shufflevector(lanes, lanes, 2, 3, 0, 1, 6, 7, 4, 5));
 }
 
-/// The even and the odd samples' peaks of so few that putting the lanes together counts. Magnitudes
-/// need that only once; they are negative here, as these reach further.
+/// The even and the odd samples' peaks; as the number of lanes is even, a lane always holds the
+/// same side. Magnitudes are put together once, where extremes would have to be twice, which counts
+/// for few samples; they are negative here, as these reach further.
 /// @param count  an even number, kLanes at least
-inline PeakSamples MeasureFew(const std::int16_t* samples, std::size_t count) {
+inline PeakSamples MeasurePairs(const std::int16_t* samples, std::size_t count) {
     using Bits = std::uint16_t __attribute__((vector_size(16))); // wrap around
     Lanes lowest{};
     const auto add = [&lowest](const std::int16_t* from) {

@@ -49,8 +49,8 @@ int FinishOutput(int status) {
     return status;
 }
 
-/// The words with the command in front of options that were written before it. Those that take a
-/// value cannot be, as it might be meant for a command.
+/// The words with the command in front of the options that were written before it. An option with a
+/// value cannot stand there: the value would be taken for the command.
 std::vector<std::string> CommandFirst(std::vector<std::string> words) {
     const auto command =
         std::ranges::find_if(words, [](const std::string& word) { return !word.starts_with('-'); });

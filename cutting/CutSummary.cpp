@@ -15,7 +15,7 @@ void ResetCutSummaries() {
 }
 
 void BeginCutSummary(const std::string& path, double unitSeconds, long long unitSamples) {
-    summaries.push_back({path, unitSeconds, {}, unitSamples, 0});
+    summaries.push_back({path, unitSeconds, {}, unitSamples});
 }
 
 void AddToCutSummary(long long first, long long count) {
@@ -27,6 +27,6 @@ void AddToCutSummary(long long first, long long count) {
     }
 }
 
-void AddUnheardToCutSummary(long long count) {
-    summaries.back().unheard += count;
+void SetUnheardOfCutSummary(long long count) {
+    summaries.back().unheard = count;
 }

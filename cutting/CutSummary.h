@@ -28,4 +28,4 @@ void ResetCutSummaries();
 void BeginCutSummary(const std::string& path, double unitSeconds, long long unitSamples = 1);
 /// So many more units, of the output that was begun last.
 void AddToCutSummary(long long first, long long count);
-void AddUnheardToCutSummary(long long count);
+void SetUnheardOfCutSummary(long long count);

@@ -78,11 +78,12 @@ public:
                         m_source.grid.samplesPerFrame);
         CopyTags(false);
         m_source.grid.hasEdges ? WriteExactly(plan) : WriteWholeFrames(plan);
-        AddUnheardToCutSummary(m_file.Frames());
+        long long unheard = m_file.Frames();
         for (const FrameRun& run : plan.runs) {
             AddToCutSummary(run.begin, run.end - run.begin);
-            AddUnheardToCutSummary(run.begin - run.end);
+            unheard -= run.end - run.begin;
         }
+        SetUnheardOfCutSummary(unheard);
         CorrectLength(plan);
         CopyTags(true);
         if (!m_file.Close()) {
