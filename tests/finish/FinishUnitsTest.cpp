@@ -151,9 +151,9 @@ TEST(GaplessEdges, KeepToTheMusic) {
     EXPECT_EQ(span(MusicOf(gap, 9, 10, 1152)), std::pair(1105LL, 9LL * 1152));
     EXPECT_EQ(span(MusicOf(gap, 11, 10, 1152)), std::pair(1105LL, 11LL * 1152));
     EXPECT_EQ(span(MusicOf(EncoderGap{576, 3}, 10, 10, 1152)), std::pair(1105LL, 11520LL));
-    const EncoderGap around = GapAround({5000, 9000}, {2304, 9216});
-    EXPECT_EQ(around.delay, 5000U - 2304 - 529);
-    EXPECT_EQ(around.padding, 216U + 529);
+    const auto stored = [](const EncoderGap& of) { return std::pair(of.delay, of.padding); };
+    EXPECT_EQ(stored(GapAround({5000, 9000}, {2304, 9216})), std::pair(5000U - 2833, 216U + 529));
+    EXPECT_EQ(stored(GapAround({5000, 5001}, {0, 9216})), std::pair(4095U, 4095U));
 }
 
 TEST(FinishPlans, BeginAndEndExactlyAndJoinAtTheNearestFrame) {

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <sstream>
 
 namespace {
@@ -33,7 +34,7 @@ TEST(PlaceList, ReadsEveryKindInEveryEncoding) {
         {"\xEF\xBB\xBFrem x\ntrack 1 AUDIO\nindex 1 0:2:0\n", "2 ; "},
         {"TITLE \"\x8B\xC8\"\nTRACK 01 AUDIO\nTITLE \x8B\xC8\nINDEX 01 00:00:15",
          "0.2 \xE6\x9B\xB2; "},
-        {"\\\t1\t2\n1.5\t1.5\tpoint\n\n2\t3\tregion\n3\t4.5\n\\\t0\t0\n6\t7\tlast\r\n",
+        {"\\\t1\t2\n1.5\t1.5\tpoint\n\n2\t3\tregion\n3.0000005\t4.5\n\\\t0\t0\n6\t7\tlast\r\n",
          "1.5 point; 2 region; 3 ; 4.5 |; 6 last; 7 |; "},
         {"bytes,seconds,title\r\n0,1e0,\"a, \"\"b\"\"\nc\"\r\n,2,d\n\n0,3\n",
          "1 a, \"b\"\nc; 2 d; 3 ; "},
@@ -50,7 +51,7 @@ TEST(PlaceList, NamesTheLineThatMakesNoSense) {
         {"", "line 1: neither a CUE sheet"},
         {"\n\n12 13\n", "line 3: neither a CUE sheet"},
         {"\x81", "line 1: the list is neither UTF-8 nor Shift_JIS"},
-        {"FILE a WAVE\nTRACK 01 AUDIO\nTRACK 02 AUDIO", "line 2: the track has no INDEX 01"},
+        {"TRACK 1\nINDEX 01 0:0:0\nTRACK 2\nTRACK 3", "line 3: the track has no INDEX 01"},
         {"REM\nINDEX 01 00:00:00", "line 2: an INDEX stands before"},
         {"TRACK 1\nINDEX 01 00:60:00", "line 2: '00:60:00' is not minutes"},
         {"TRACK 1\nINDEX 01 00:00:75", "line 2: '00:00:75' is not minutes"},
@@ -63,6 +64,7 @@ TEST(PlaceList, NamesTheLineThatMakesNoSense) {
         {"1\t3\n2\t4", "line 2: 2.000000 s does not come after"},
         {"bytes,seconds,title\n1,x,y", "line 2: the column 'seconds' holds no number"},
         {"bytes,seconds,title\n1,-1,y", "line 2: the column 'seconds' holds no number"},
+        {"bytes,seconds,title\n1,1,\"y\"z", "line 2: a quoted field is followed by more"},
         {"bytes,seconds,title\n1,1,\"a\nb\"\n1,1,", "line 4: 1.000000 s does not come after"},
         {"bytes,seconds,title\n1,1,\"a", "line 2: a quotation mark is not closed"},
     };
@@ -73,17 +75,15 @@ TEST(PlaceList, NamesTheLineThatMakesNoSense) {
 
 TEST(PlaceList, ReadsBackWhatIsWritten) {
     const std::vector<double> places = {0.04, 59.999999, 3661.5};
-    EXPECT_EQ(Parsed(LabelsText(places)), "0.04 1; 60 2; 3661.5 3; ");
-    EXPECT_EQ(Parsed(CsvHeader(true) + CsvRows({{7, 0.04}, {9, 60.0}}, "a,\"b\".mp3")),
+    EXPECT_EQ(Parsed(LabelsText(places, "a\nb")), "0.04 1; 60 2; 3661.5 3; ");
+    EXPECT_EQ(Parsed(CsvHeader(true) + CsvRows({{7, 0.04}, {9, 60.0}}, "\"b\".mp3")),
               "0.04 ; 60 ; ");
     EXPECT_EQ(CueSheetText("a\"b.mp3", false, places),
               "FILE \"a_b.mp3\" MP3\n"
               "  TRACK 01 AUDIO\n    INDEX 01 00:00:00\n  TRACK 02 AUDIO\n    INDEX 01 00:00:03\n"
               "  TRACK 03 AUDIO\n    INDEX 01 01:00:00\n  TRACK 04 AUDIO\n    INDEX 01 61:01:38\n");
-    std::vector<double> many = {0.0}; // which is where the first track begins anyway
-    for (int i = 1; i <= 98; ++i) {
-        many.push_back(i);
-    }
+    std::vector<double> many(99); // from 0, which is where the first track begins anyway
+    std::iota(many.begin(), many.end(), 0.0);
     EXPECT_NE(CueSheetText("a", true, many), "");
     many.push_back(99.0);
     EXPECT_EQ(CueSheetText("a", true, many), "");
